@@ -1,0 +1,53 @@
+// Maps the time axis and the row list onto the panels: scale, zoom, scroll bars, and the panels' sizes.
+#pragma once
+
+#include "display/panes.h"
+#include "display/wave_view.h"
+
+// Between time and pixels at the present scale. Both saturate: pixels at the screen's width, times at
+// TIME_FOREVER.
+int32_t TimeToPixels(TimeVal delta);
+TimeVal PixelsToTime(int32_t pixels);
+// The pixel column of a time in the wave pane; at most one screen width off the pane.
+int32_t PixelOf(TimeVal t);
+
+int32_t MinScale();
+int32_t MaxScale();
+
+// Clamps and installs ZoomCentre at the present scale. Callers set ScaleBeforeApply first.
+void ApplyView();
+// Chooses the scale for a length of time.
+void FitScale(TimeVal length);
+// Shows the time from `a` to `b`.
+void ZoomToRange(TimeVal a, TimeVal b);
+// Centres `t` at the present scale; with `force` the panels repaint even if nothing moved.
+void CentreOn(TimeVal t, bool force);
+// Raises FullSpanEnd and SpanEnd to a quarter beyond `endTime`.
+void ExtendSpan(TimeVal endTime);
+
+void UpdateTimeScrollBar();
+void UpdateRowScrollBar();
+void UpdateNameScrollBar();
+
+// The codes of a scroll message, with the platform's numbers.
+enum class ScrollCode : uint32_t {
+    LineUp = 0,
+    LineDown = 1,
+    PageUp = 2,
+    PageDown = 3,
+    ThumbPosition = 4,
+    ThumbTrack = 5,
+    Top = 6,
+    Bottom = 7,
+    End = 8,
+};
+// A panel's bar was moved; `thumb` is the position for ThumbPosition.
+void ScrollMessage(Pane pane, ScrollBar bar, ScrollCode code, int32_t thumb);
+void ScrollTimeTo(TimeVal t, bool now);
+void ScrollRowsTo(uint32_t row, bool now);
+void EnsureRowVisible(uint32_t row);
+// A panel has got another size.
+void PaneResized(Pane pane);
+
+// The width of the name column at the start: the saved one, or the default, within its limits. Pixels.
+int32_t InitialNameColumnWidth(bool saved, int32_t savedWidth);

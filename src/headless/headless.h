@@ -1,0 +1,50 @@
+// The second implementation of what windows do: it opens none, answers questions as a script told it to, and
+// records what it was asked. For the command-line tool and the native tests.
+#pragma once
+
+#include "display/panes.h"
+#include <deque>
+#include <string>
+#include <vector>
+
+struct HeadlessAlert {
+    std::vector<std::string> lines;
+    std::vector<std::string> buttons;
+    std::string caption;
+    int icon;
+};
+
+struct HeadlessState {
+    // What was shown.
+    std::vector<std::string> userErrors;
+    std::vector<std::string> programErrors;
+    std::vector<HeadlessAlert> alerts;
+    std::vector<std::string> strips;     // texts of the error strip as shown; "" for a removal
+    std::vector<std::string> prompts;    // PromptText at each paint of the line
+    std::vector<std::string> titles;
+    std::vector<uint32_t> postedCommands;
+    std::vector<std::pair<uint32_t, bool>> enabledCommands; // calls of EnableCommand
+    std::vector<std::string> startedProcesses;
+    int windowsReleased = 0;
+    int frameCloses = 0;
+
+    // What is answered. With none left an alert answers 1, a file dialog is cancelled.
+    std::deque<int> alertAnswers;
+    std::deque<std::string> fileAnswers; // "" cancels
+
+    // The screen and the panels.
+    int32_t screenWidth = 1024, screenHeight = 768;
+    int32_t paneWidth[4] = {0, 1000, 100, 1000};
+    int32_t paneHeight[4] = {0, 34, 600, 600};
+    bool panesExist = false;
+    std::vector<Pane> invalidated; // calls of InvalidatePane
+    struct Bar {
+        int32_t maximum = 0, position = 0;
+    } bars[4][2];
+    PixelRect clip[4] = {};
+
+    // Prints messages to standard error as they come, as the command-line tool does it.
+    bool printMessages = false;
+};
+extern HeadlessState Headless;
+void InitHeadless();

@@ -1,0 +1,14 @@
+// Ini files, read and written as the profile calls of Windows do it, on every platform.
+#pragma once
+
+#include <cstddef>
+
+// The value of `key` in `section` of the file, without quotes and blanks around it, cut to `size` - 1
+// characters; `fallback` if there is none. Returns its length.
+int ProfileString(const char *section, const char *key, const char *fallback, char *buffer, int size,
+                  const char *path);
+// The value as a decimal integer, as far as it reads as one; `fallback` if there is no such key. Clamped to 32
+// bits.
+int ProfileInteger(const char *section, const char *key, int fallback, const char *path);
+// Sets a key; false if the file cannot be written.
+bool WriteProfileString(const char *section, const char *key, const char *value, const char *path);

@@ -1,0 +1,51 @@
+// Buffered text files over the raw ones of the platform.
+#pragma once
+
+#include "platform/files.h"
+#include <memory>
+#include <string_view>
+
+class TextReader {
+public:
+    // Opens `path`; isOpen tells if that worked.
+    explicit TextReader(const char *path);
+    // Reads from memory, which must outlive the reader.
+    explicit TextReader(std::string_view text);
+    TextReader(const TextReader &) = delete;
+    TextReader &operator=(const TextReader &) = delete;
+    ~TextReader();
+
+    bool isOpen() const { return open; }
+    // Reads up to `size` - 1 characters, through the first line feed, and ends them with a NUL. A carriage
+    // return in front of a line feed is dropped. Returns the number of characters, -1 at the end of the file.
+    int readLine(char *buffer, int size);
+
+private:
+    bool fill();
+    FileHandle file = NO_FILE;
+    bool open = false;
+    std::unique_ptr<char[]> block;
+    const char *next = nullptr;
+    const char *end = nullptr;
+};
+
+class TextWriter {
+public:
+    // Makes or empties `path`; isOpen tells if that worked. Line feeds become the platform's line ends.
+    explicit TextWriter(const char *path);
+    TextWriter(const TextWriter &) = delete;
+    TextWriter &operator=(const TextWriter &) = delete;
+    ~TextWriter();
+
+    bool isOpen() const { return file != NO_FILE; }
+    void write(std::string_view text);
+    // Writes what is buffered and closes; true if every byte has been written.
+    bool close();
+
+private:
+    void flush();
+    FileHandle file = NO_FILE;
+    bool failed = false;
+    size_t used = 0;
+    std::unique_ptr<char[]> block;
+};

@@ -1,0 +1,19 @@
+// The main window as the engine sees it.
+#pragma once
+
+#include <cstdint>
+
+// The text of the title bar.
+void FrameSetTitle(const char *title);
+// Repaints the whole main window.
+void FrameInvalidate();
+// Enables a menu entry, or grays it.
+void EnableCommand(uint32_t id, bool on);
+// Puts a command into the message queue, to run after the current message.
+void PostCommand(uint32_t id);
+// Shows the hourglass until the next mouse move.
+void ShowWaitCursor();
+// Asks the main window to close.
+void FrameClose();
+// Removes the windows and the graphic objects.
+void ReleaseWindows();

@@ -1,0 +1,49 @@
+// The five ways in which the program speaks to the user: the prompt line, the error strip, two message boxes
+// and the alert box. Everything goes through these entries.
+#pragma once
+
+// The program's title.
+constexpr const char *APPLICATION_TITLE = "Kelvane";
+
+// --- the prompt line ---------------------------------------------------------------------------------
+constexpr int PROMPT_SIZE = 256;
+// The text shown, and the text that replaces an "@" in a prompt. Written by SetPrompt, and by the commands.
+extern char PromptText[PROMPT_SIZE];
+extern char PromptSubstitute[PROMPT_SIZE];
+
+// Shows the text in the prompt line, unless it stands there already; null only repaints. SetPrompt lays the
+// line out anew, SetPromptQuick only repaints it.
+void SetPrompt(const char *text);
+void SetPromptQuick(const char *text);
+
+// --- the error strip -------------------------------------------------------------------------------------
+// Shows the strip with "ERROR: " and the text, or with the bare text behind a leading backslash; null removes
+// it. Always returns 100.
+int ShowErrorStrip(const char *text);
+
+// --- message boxes -----------------------------------------------------------------------------------------
+// Modal, with one OK button. UserError is for what a user can cause, ProgramError for what should not happen.
+// Both return 1.
+int UserError(const char *text);
+int ProgramError(const char *text);
+// The same with a "%s" or "%d" format; the text is cut at 511 characters.
+[[gnu::format(printf, 1, 2)]] int UserErrorFormat(const char *format, ...);
+
+// --- the alert box -------------------------------------------------------------------------------------------
+enum class AlertIcon { None = 0, Stop = 1, Warning = 2, Question = 3, Information = 4 };
+
+// What an alert shows. A null or empty text is not there.
+struct AlertRequest {
+    const char *lines[3];
+    const char *buttons[3];
+    const char *caption;
+};
+
+// Modal; returns 1, 2 or 3 for the button pressed, 0 for Esc. A missing first line reads "Alert!", a missing
+// first button "OK".
+int AlertBox(const char *line1, const char *line2, const char *line3, const char *button1,
+             const char *button2, const char *button3, AlertIcon icon);
+// The same with a caption of its own; `unused` is not looked at.
+int AlertBoxCaption(const char *line1, const char *line2, const char *line3, const char *button1,
+                    const char *button2, const char *button3, AlertIcon icon, int unused,
+                    const char *caption);
