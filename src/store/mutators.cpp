@@ -104,7 +104,7 @@ int AddItemDuration(Pattern *pattern, uint16_t index, uint32_t delta) {
 
 int SetItemRepeat(Pattern *pattern, uint16_t index, uint32_t repeat) {
     PatternItem &item = pattern->item(index);
-    auto count = static_cast<uint16_t>(repeat == 0 ? 1 : repeat);
+    auto count = static_cast<uint16_t>(Clamp16(repeat) == 0 ? 1 : repeat);
     if (item.repeat() == count) return 0;
     LogItemRepeat(pattern->id, index, item.repeat(), count);
     item.word1 = item.patternId() | static_cast<uint32_t>(count) << 16;
@@ -114,7 +114,7 @@ int SetItemRepeat(Pattern *pattern, uint16_t index, uint32_t repeat) {
 
 int SetItemScale(Pattern *pattern, uint16_t index, uint32_t scale) {
     PatternItem &item = pattern->item(index);
-    uint32_t factor = Clamp16(scale == 0 ? 1 : scale);
+    uint32_t factor = Clamp16(scale) == 0 ? 1 : Clamp16(scale);
     if (item.scale() == factor) return 0;
     LogItemScale(pattern->id, index, static_cast<uint16_t>(item.scale()), static_cast<uint16_t>(factor));
     item.word0 = (item.word0 & ~SCALE_BITS) | factor << 14;
