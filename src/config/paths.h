@@ -5,8 +5,8 @@
 
 // Each empty if there is none. Written at start-up.
 extern char ConfigDirectory[MAX_PATH_SIZE];
-extern char SettingsIniPath[MAX_PATH_SIZE];  // "Kelvane.ini"
-extern char ColorsIniPath[MAX_PATH_SIZE];    // "WavColor.ini"
+extern char SettingsIniPath[MAX_PATH_SIZE]; // "Kelvane.ini"
+extern char ColorsIniPath[MAX_PATH_SIZE];   // "WavColor.ini"
 extern char HelpDirectory[MAX_PATH_SIZE];
 extern char SimulatorIniPath[MAX_PATH_SIZE]; // the simulator's configuration
 extern char SimulatorName[32];               // its base name, shown in the title
@@ -18,5 +18,6 @@ void InitPaths();
 void ReadDesignContext();
 // Reads "bin" of the design context into HelpDirectory.
 void ReadHelpDirectory();
-// The base name of SimulatorIniPath to SimulatorName, and `HierChar` from that file. Does nothing without one.
+// The base name of SimulatorIniPath to SimulatorName, and `HierChar` from that file. Does nothing without
+// one.
 void ReadSimulatorSettings();

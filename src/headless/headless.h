@@ -19,8 +19,8 @@ struct HeadlessState {
     std::vector<std::string> userErrors;
     std::vector<std::string> programErrors;
     std::vector<HeadlessAlert> alerts;
-    std::vector<std::string> strips;     // texts of the error strip as shown; "" for a removal
-    std::vector<std::string> prompts;    // PromptText at each paint of the line
+    std::vector<std::string> strips;  // texts of the error strip as shown; "" for a removal
+    std::vector<std::string> prompts; // PromptText at each paint of the line
     std::vector<std::string> titles;
     std::vector<uint32_t> postedCommands;
     std::vector<std::pair<uint32_t, bool>> enabledCommands; // calls of EnableCommand

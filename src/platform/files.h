@@ -42,8 +42,8 @@ extern const char *const TextLineEnd;
 
 // An environment variable to `out`, empty if it is not set or too long.
 void ReadEnvironment(const char *name, char *out, size_t size);
-// The directory for the program's configuration: %APPDATA% under Windows, ~/.config natively. Empty if there is
-// none.
+// The directory for the program's configuration: %APPDATA% under Windows, ~/.config natively. Empty if there
+// is none.
 void UserConfigDirectory(char *out, size_t size);
 // The directory of the running program.
 void ProgramDirectory(char *out, size_t size);

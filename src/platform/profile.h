@@ -7,8 +7,8 @@
 // characters; `fallback` if there is none. Returns its length.
 int ProfileString(const char *section, const char *key, const char *fallback, char *buffer, int size,
                   const char *path);
-// The value as a decimal integer, as far as it reads as one; `fallback` if there is no such key. Clamped to 32
-// bits.
+// The value as a decimal integer, as far as it reads as one; `fallback` if there is no such key. Clamped to
+// 32 bits.
 int ProfileInteger(const char *section, const char *key, int fallback, const char *path);
 // Sets a key; false if the file cannot be written.
 bool WriteProfileString(const char *section, const char *key, const char *value, const char *path);

@@ -2,11 +2,11 @@
 #pragma once
 
 struct AlertMeasures {
-    int baseX, baseY;     // the dialog base units
-    int lineWidths[3];    // measured text widths; only those of lines that are there count
-    int lineHeight;       // height of the text control
+    int baseX, baseY;  // the dialog base units
+    int lineWidths[3]; // measured text widths; only those of lines that are there count
+    int lineHeight;    // height of the text control
     bool lineThere[3];
-    int buttonWidths[3];  // measured label widths, before the room around them is added
+    int buttonWidths[3]; // measured label widths, before the room around them is added
     int buttonHeight;
     bool buttonThere[3];
     bool iconThere;

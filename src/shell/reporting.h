@@ -29,7 +29,8 @@ int ProgramError(const char *text);
 // The same with a "%s" or "%d" format; the text is cut at 511 characters.
 [[gnu::format(printf, 1, 2)]] int UserErrorFormat(const char *format, ...);
 
-// --- the alert box -------------------------------------------------------------------------------------------
+// --- the alert box
+// -------------------------------------------------------------------------------------------
 enum class AlertIcon { None = 0, Stop = 1, Warning = 2, Question = 3, Information = 4 };
 
 // What an alert shows. A null or empty text is not there.
