@@ -17,3 +17,5 @@ void ShowWaitCursor();
 void FrameClose();
 // Removes the windows and the graphic objects.
 void ReleaseWindows();
+// Brings the program in front of the others.
+void FrameToFront();

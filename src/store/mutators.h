@@ -21,8 +21,9 @@ int SetItemFormat(Pattern *pattern, uint16_t index, uint32_t format);
 // New items at `index`. They may move records and return the pattern's new address; null if there was no room
 // for the item, which has then been reported, and the pattern is as it was.
 Pattern *InsertTransition(Pattern *pattern, uint16_t index, uint32_t value, uint32_t duration);
-Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uint16_t patternId, uint32_t scale,
-                         uint32_t repeat, uint32_t sliceWidth, uint32_t sliceOffset, uint32_t forcedFormat);
+Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uint16_t patternId,
+                         uint32_t scale, uint32_t repeat, uint32_t sliceWidth, uint32_t sliceOffset,
+                         uint32_t forcedFormat);
 
 void DeleteItem(Pattern *pattern, uint16_t index);
 // Joins data items `index` and `index` + 1 if they have the same value; returns whether it did.

@@ -85,7 +85,9 @@ struct Pattern {
     const char *nameBytes() const { return reinterpret_cast<const char *>(this) + 36; }
 
     PatternItem *items() { return reinterpret_cast<PatternItem *>(nameBytes() + nameLength); }
-    const PatternItem *items() const { return reinterpret_cast<const PatternItem *>(nameBytes() + nameLength); }
+    const PatternItem *items() const {
+        return reinterpret_cast<const PatternItem *>(nameBytes() + nameLength);
+    }
     PatternItem &item(uint32_t index) { return items()[index]; }
     const PatternItem &item(uint32_t index) const { return items()[index]; }
 

@@ -35,8 +35,9 @@ void PatternStoreFree();
 // may have moved, as may all others.
 //
 // With the table full it reports "Exceeding maximum number of patterns", sets `TopPatternId` to 0 and returns
-// whatever record it last looked at; the caller knows the failure by `TopPatternId`. Where there is no memory,
-// or the record would exceed MAX_RECORD_SIZE, it reports that and returns null, and the store is as it was.
+// whatever record it last looked at; the caller knows the failure by `TopPatternId`. Where there is no
+// memory, or the record would exceed MAX_RECORD_SIZE, it reports that and returns null, and the store is as
+// it was.
 Pattern *PatternAlloc(uint32_t id, uint32_t room = 0);
 
 // Gives the record's space back and empties its table entry; returns the id.
@@ -51,7 +52,9 @@ inline Pattern *PatternFromId(uint32_t id) {
     return reinterpret_cast<Pattern *>(PatternHeap + PatternTable[id]);
 }
 // True for an id that a record bears.
-inline bool PatternInUse(uint32_t id) { return id < MAX_PATTERNS && PatternTable[id] != 0; }
+inline bool PatternInUse(uint32_t id) {
+    return id < MAX_PATTERNS && PatternTable[id] != 0;
+}
 
 // The allocator of the store's blocks: resizes `block` (null for a new one) to `size` bytes with its contents
 // kept, or returns null and leaves the block alone. Tests replace it to see the store without memory.

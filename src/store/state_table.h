@@ -8,11 +8,11 @@ constexpr uint32_t STATE_BLOCK_FIRST_SIZE = 2912;
 constexpr uint32_t STATE_BLOCK_HEAD = 512;
 
 struct StateRow {
-    int8_t level;         // 0 low line, 1 high line, 2 hatched box, 3 box with the name in it
-    uint8_t colorIndex;   // index into LevelColour
-    char stateChar;       // shown in the data listing
-    char stateName[17];   // shown to the user
-    char stateAbbrev[4];  // kept, not shown
+    int8_t level;        // 0 low line, 1 high line, 2 hatched box, 3 box with the name in it
+    uint8_t colorIndex;  // index into LevelColour
+    char stateChar;      // shown in the data listing
+    char stateName[17];  // shown to the user
+    char stateAbbrev[4]; // kept, not shown
 };
 static_assert(sizeof(StateRow) == 24);
 
