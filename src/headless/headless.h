@@ -36,6 +36,7 @@ struct HeadlessState {
     int waitCursors = 0;
     int windowsReleased = 0;
     int frameCloses = 0;
+    int framesToFront = 0;
 
     // What is answered. With none left an alert answers 1, a file dialog is cancelled.
     std::deque<int> alertAnswers;
