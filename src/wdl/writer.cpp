@@ -56,9 +56,12 @@ void Append(const char *text) {
     WdlOutPos += length;
 }
 
-template <class Number>
-void AppendNumber(Number number, int base = 10) {
+void AppendUnsigned(uint32_t number, int base = 10) {
     WdlOutPos = std::to_chars(WdlOutPos, WdlOutPos + DATA_ITEM_SIZE / 2, number, base).ptr;
+}
+
+void AppendSigned(int32_t number) {
+    WdlOutPos = std::to_chars(WdlOutPos, WdlOutPos + DATA_ITEM_SIZE / 2, number).ptr;
 }
 
 void AppendMarked(char mark, uint32_t number) {
