@@ -21,7 +21,6 @@
 
 char DocumentPath[MAX_PATH_SIZE] = "";
 int32_t ForceSaveAs = 0;
-int32_t WdlVersion = 4;
 
 namespace {
 
@@ -183,6 +182,7 @@ void InitDocument() {
     ForceSaveAs = 0;
     WdlVersion = 4;
     EditLog = {0, 1};
+    ExtendSpanHook = ExtendSpan;
 }
 
 int LoadDocument(char *path) {
