@@ -42,11 +42,12 @@ struct SettingsRecord {
 // Written by the preferences file, the directives of a document, the command line and the option dialogs.
 extern SettingsRecord Settings;
 
-// Puts the start values in place.
+// Puts the start values of the settings and the colours in place.
 void InitSettings();
 // The document half from the preferences half.
 void ResetDocumentSettings();
-// Reads and writes the section "Preferences" of SettingsIniPath. Values out of range leave the default.
+// Reads and writes the section "Preferences" of SettingsIniPath. A value out of range leaves the setting as
+// it is; nothing is reported.
 void LoadPreferences();
 void SavePreferences();
 
@@ -69,6 +70,9 @@ constexpr int COLOR_SETTINGS = 26;
 // Each an index into ColorTable. Written by LoadColors and the colour dialog.
 extern std::array<uint16_t, COLOR_SETTINGS> ColorSettings;
 
-// The nine colours that the user sets, in the section "Colors" of `path`.
+// Puts the start values of ColorSettings in place, as InitSettings does it too.
+void InitColors();
+// The nine colours that the user sets, in the section "Colors" of `path`. An index that is not below 16
+// leaves the entry as it is.
 void LoadColors(const char *path);
 void SaveColors(const char *path);

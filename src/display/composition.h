@@ -22,5 +22,3 @@ void RepaintAllRows();
 void RepaintAll();
 // Schedules a repaint of the three panels.
 void InvalidateAllPanes();
-// How far the name column's text is shifted, in pixels.
-int32_t NameShift();

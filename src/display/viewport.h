@@ -24,6 +24,12 @@ void ZoomToRange(TimeVal a, TimeVal b);
 void CentreOn(TimeVal t, bool force);
 // Raises FullSpanEnd and SpanEnd to a quarter beyond `endTime`.
 void ExtendSpan(TimeVal endTime);
+// Redraws the ruler after the span has grown. Installed by the display.
+extern void (*RulerHook)();
+
+// The virtual field, in pixels, at whose right end the names stand, and how far it is shifted to the left.
+int32_t NameFieldWidth();
+int32_t NameShift();
 
 void UpdateTimeScrollBar();
 void UpdateRowScrollBar();
@@ -46,6 +52,8 @@ void ScrollMessage(Pane pane, ScrollBar bar, ScrollCode code, int32_t thumb);
 void ScrollTimeTo(TimeVal t, bool now);
 void ScrollRowsTo(uint32_t row, bool now);
 void EnsureRowVisible(uint32_t row);
+// The number of whole rows that the wave pane has room for.
+uint32_t VisibleRows();
 // A panel has got another size.
 void PaneResized(Pane pane);
 

@@ -14,6 +14,12 @@ struct HeadlessAlert {
     int icon;
 };
 
+// What a file dialog was asked with.
+struct HeadlessFileQuestion {
+    std::string title, label, ext;
+    std::string path; // the start value
+};
+
 struct HeadlessState {
     // What was shown.
     std::vector<std::string> userErrors;
@@ -25,6 +31,9 @@ struct HeadlessState {
     std::vector<uint32_t> postedCommands;
     std::vector<std::pair<uint32_t, bool>> enabledCommands; // calls of EnableCommand
     std::vector<std::string> startedProcesses;
+    std::vector<HeadlessFileQuestion> fileQuestions;
+    int frameInvalidations = 0;
+    int waitCursors = 0;
     int windowsReleased = 0;
     int frameCloses = 0;
 
@@ -46,5 +55,7 @@ struct HeadlessState {
     // Prints messages to standard error as they come, as the command-line tool does it.
     bool printMessages = false;
 };
+// Written by everything in this folder and, for what is answered, by its users.
 extern HeadlessState Headless;
+// Puts the start values in place. From then on StartProcess records instead of starting a program.
 void InitHeadless();

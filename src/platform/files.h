@@ -9,13 +9,14 @@
 constexpr int MAX_PATH_SIZE = 260;
 
 enum class FileAccess { Exists = 0, Write = 2, Read = 4 };
-// True if the file (or directory) at `path` can be used in this way.
+// True if the file (or directory) at `path` can be used in this way. A file that is marked read-only is not
+// writable, whoever asks.
 bool CanAccessFile(const char *path, FileAccess access);
 
 // A raw file, by the platform's handle; -1 for none.
 using FileHandle = intptr_t;
 constexpr FileHandle NO_FILE = -1;
-// Both refuse a directory. OpenForWriting makes the file or empties it.
+// Both refuse a directory. OpenForWriting makes the file or empties it, unless it is marked read-only.
 FileHandle OpenForReading(const char *path);
 FileHandle OpenForWriting(const char *path);
 // The number of bytes moved, 0 at the end of the file, or -1 for a failure.
@@ -42,15 +43,17 @@ extern const char *const TextLineEnd;
 
 // An environment variable to `out`, empty if it is not set or too long.
 void ReadEnvironment(const char *name, char *out, size_t size);
-// The directory for the program's configuration: %APPDATA% under Windows, ~/.config natively. Empty if there
-// is none.
+// The directory for the configuration of programs: %APPDATA% under Windows; $XDG_CONFIG_HOME, else ~/.config,
+// natively. Empty if there is none.
 void UserConfigDirectory(char *out, size_t size);
 // The directory of the running program.
 void ProgramDirectory(char *out, size_t size);
 
-// The ANSI code page's case mapping, in place.
+// The case mapping of the ANSI code page, in place. Natively, where names are UTF-8, only ASCII letters
+// change.
 void LowerCase(char *text);
 void UpperCase(char *text);
 
-// Starts a program; `commandLine` holds its name and arguments. True if it runs.
+// Starts a program; `commandLine` holds its name and arguments, each in double quotes if it holds blanks.
+// True if it runs.
 bool StartProcess(const char *commandLine);

@@ -1,4 +1,5 @@
-// Ini files, read and written as the profile calls of Windows do it, on every platform.
+// Ini files, read and written as the profile calls of Windows do it, on every platform: sections and keys
+// compare without case, the first of several counts, a line that begins with ";" is a comment.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +8,9 @@
 // characters; `fallback` if there is none. Returns its length.
 int ProfileString(const char *section, const char *key, const char *fallback, char *buffer, int size,
                   const char *path);
-// The value as a decimal integer, as far as it reads as one; `fallback` if there is no such key. Clamped to
-// 32 bits.
+// The value as a decimal integer, as far as it reads as one, clamped to 32 bits; 0 if it does not begin with
+// one, `fallback` if there is no such key or its value is empty.
 int ProfileInteger(const char *section, const char *key, int fallback, const char *path);
-// Sets a key; false if the file cannot be written.
+// Sets a key, making the section and the file where they are missing and keeping all other lines; false if
+// the file cannot be written.
 bool WriteProfileString(const char *section, const char *key, const char *value, const char *path);

@@ -17,7 +17,8 @@ public:
 
     bool isOpen() const { return open; }
     // Reads up to `size` - 1 characters, through the first line feed, and ends them with a NUL. A carriage
-    // return in front of a line feed is dropped. Returns the number of characters, -1 at the end of the file.
+    // return in front of a line feed is dropped. Returns the number of characters, at least 1, or -1 at the
+    // end of the file.
     int readLine(char *buffer, int size);
 
 private:
@@ -39,10 +40,12 @@ public:
 
     bool isOpen() const { return file != NO_FILE; }
     void write(std::string_view text);
-    // Writes what is buffered and closes; true if every byte has been written.
+    // Writes what is buffered and closes; true if every byte has been written, false also where
+    // nothing is open.
     bool close();
 
 private:
+    void append(std::string_view bytes);
     void flush();
     FileHandle file = NO_FILE;
     bool failed = false;

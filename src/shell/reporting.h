@@ -5,6 +5,9 @@
 // The program's title.
 constexpr const char *APPLICATION_TITLE = "Kelvane";
 
+// Puts the start values in place: no prompt, no substitute, no strip in the making.
+void InitReporting();
+
 // --- the prompt line ---------------------------------------------------------------------------------
 constexpr int PROMPT_SIZE = 256;
 // The text shown, and the text that replaces an "@" in a prompt. Written by SetPrompt, and by the commands.
@@ -20,6 +23,8 @@ void SetPromptQuick(const char *text);
 // Shows the strip with "ERROR: " and the text, or with the bare text behind a leading backslash; null removes
 // it. Always returns 100.
 int ShowErrorStrip(const char *text);
+// Set while the strip is being shown or removed, which makes ShowErrorStrip do nothing. Written by it.
+extern bool ErrorStripBusy;
 
 // --- message boxes -----------------------------------------------------------------------------------------
 // Modal, with one OK button. UserError is for what a user can cause, ProgramError for what should not happen.

@@ -1,0 +1,28 @@
+#include "shell/file_dialogs.h"
+#include "headless/headless.h"
+#include <cstring>
+
+namespace {
+
+// The next answer to `path`; false where it is "" or none is left, or where it does not fit.
+bool Answer(const char *title, const char *label, const char *ext, char *path, int pathSize) {
+    Headless.fileQuestions.push_back({title ? title : "", label, ext, path});
+    if (Headless.fileAnswers.empty()) return false;
+    std::string answer = Headless.fileAnswers.front();
+    Headless.fileAnswers.pop_front();
+    if (answer.empty() || answer.size() >= static_cast<size_t>(pathSize)) return false;
+    strcpy(path, answer.c_str());
+    return true;
+}
+
+} // namespace
+
+bool OpenFileDialog(const char *title, const char *label, const char * /*initialDir*/, char *path,
+                    int pathSize, const char *ext, bool /*keepDir*/) {
+    return Answer(title, label, ext, path, pathSize);
+}
+
+bool SaveFileDialog(const char *title, const char *label, const char * /*initialDir*/, char *path,
+                    int pathSize, const char *ext) {
+    return Answer(title, label, ext, path, pathSize);
+}

@@ -1,0 +1,138 @@
+#include "platform/files.h"
+#include "platform/profile.h"
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <strings.h>
+
+namespace {
+
+constexpr std::string_view BLANKS(" \t\v\f\x1a");
+
+std::string_view Trimmed(std::string_view text) {
+    size_t first = text.find_first_not_of(BLANKS);
+    if (first == text.npos) return {};
+    return text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+struct Line {
+    size_t start, end; // offsets in the file's text, `end` behind the line end
+    bool isSection = false, isKey = false;
+    std::string_view name, value;
+};
+
+// A line that begins with "[" but holds no "]" is an ordinary one.
+void Classify(Line &line, std::string_view text) {
+    text = Trimmed(text);
+    if (text.empty()) return;
+    size_t close = text.rfind(']');
+    if (text[0] == '[' && close != text.npos) {
+        line.isSection = true;
+        line.name = text.substr(1, close - 1);
+        return;
+    }
+    if (text[0] == ';') return;
+    size_t equals = std::min(text.find('='), text.size());
+    line.isKey = true;
+    line.name = Trimmed(text.substr(0, equals));
+    if (equals < text.size()) line.value = Trimmed(text.substr(equals + 1));
+}
+
+// The line at `start`, which ends with a carriage return, a line feed or both.
+Line LineAt(std::string_view text, size_t start) {
+    Line line{start, text.size()};
+    size_t end = std::min(text.find_first_of("\r\n", start), text.size());
+    if (end < text.size()) line.end = end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
+    Classify(line, text.substr(start, end - start));
+    return line;
+}
+
+struct Place {
+    bool sectionFound = false, keyFound = false;
+    Line key;              // the key's line, if it is there
+    size_t sectionEnd = 0; // behind the last line of the section that is not empty
+};
+
+Place FindKey(std::string_view text, std::string_view section, std::string_view key) {
+    Place place;
+    for (size_t start = 0; start < text.size();) {
+        Line line = LineAt(text, start);
+        start = line.end;
+        if (line.isSection && place.sectionFound) break;
+        if (line.isSection && SameName(line.name, section)) place.sectionFound = true;
+        if (!place.sectionFound) continue;
+        if (!Trimmed(text.substr(line.start, line.end - line.start)).empty()) place.sectionEnd = line.end;
+        if (line.isKey && SameName(line.name, key)) {
+            place.keyFound = true;
+            place.key = line;
+            break;
+        }
+    }
+    return place;
+}
+
+bool ReadWhole(const char *path, std::string &text) {
+    FileHandle file = OpenForReading(path);
+    if (file == NO_FILE) return false;
+    char block[16384];
+    int64_t count;
+    while ((count = ReadBytes(file, block, sizeof block)) > 0) text.append(block, static_cast<size_t>(count));
+    CloseFile(file);
+    return count == 0;
+}
+
+bool WriteWhole(const char *path, std::string_view text) {
+    FileHandle file = OpenForWriting(path);
+    if (file == NO_FILE) return false;
+    while (!text.empty()) {
+        int64_t count = WriteBytes(file, text.data(), text.size());
+        if (count <= 0) break;
+        text.remove_prefix(static_cast<size_t>(count));
+    }
+    CloseFile(file);
+    return text.empty();
+}
+
+std::string_view WithoutQuotes(std::string_view value) {
+    bool quoted = value.size() >= 2 && (value[0] == '"' || value[0] == '\'') && value.back() == value[0];
+    return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+} // namespace
+
+int ProfileString(const char *section, const char *key, const char *fallback, char *buffer, int size,
+                  const char *path) {
+    std::string text;
+    ReadWhole(path, text);
+    Place place = FindKey(text, section, key);
+    std::string_view value = place.keyFound ? WithoutQuotes(place.key.value) : fallback;
+    value = value.substr(0, value.find('\0'));
+    size_t length = std::min(value.size(), static_cast<size_t>(size - 1));
+    memcpy(buffer, value.data(), length);
+    buffer[length] = '\0';
+    return static_cast<int>(length);
+}
+
+bool WriteProfileString(const char *section, const char *key, const char *value, const char *path) {
+    std::string text;
+    if (!ReadWhole(path, text) && CanAccessFile(path, FileAccess::Exists)) return false;
+    const std::string lineEnd = text.find("\r\n") == text.npos ? TextLineEnd : "\r\n";
+    std::string line = std::string(key) + "=" + value + lineEnd;
+    Place place = FindKey(text, section, key);
+    if (place.keyFound) {
+        text.replace(place.key.start, place.key.end - place.key.start, line);
+        return WriteWhole(path, text);
+    }
+    if (!place.sectionFound) {
+        line = "[" + std::string(section) + "]" + lineEnd + line;
+        place.sectionEnd = text.size();
+    }
+    bool lineOpen = place.sectionEnd > 0 && !strchr("\r\n", text[place.sectionEnd - 1]);
+    text.insert(place.sectionEnd, (lineOpen ? lineEnd : "") + line);
+    return WriteWhole(path, text);
+}

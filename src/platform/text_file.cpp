@@ -1,0 +1,109 @@
+#include "platform/text_file.h"
+#include <cstring>
+
+namespace {
+constexpr size_t BLOCK_SIZE = 65536;
+}
+
+TextReader::TextReader(const char *path) : file(OpenForReading(path)) {
+    open = file != NO_FILE;
+    if (open) block = std::make_unique<char[]>(BLOCK_SIZE);
+}
+
+TextReader::TextReader(std::string_view text)
+    : open(true), next(text.data()), end(text.data() + text.size()) {}
+
+TextReader::~TextReader() {
+    if (file != NO_FILE) CloseFile(file);
+}
+
+// A file that stops being readable ends here, as at its last byte.
+bool TextReader::fill() {
+    if (file == NO_FILE) return false;
+    int64_t count = ReadBytes(file, block.get(), BLOCK_SIZE);
+    if (count <= 0) return false;
+    next = block.get();
+    end = next + count;
+    return true;
+}
+
+int TextReader::readLine(char *buffer, int size) {
+    if (size < 2) return -1;
+    int used = 0;
+    while (next != end || fill()) {
+        int room = size - 1 - used;
+        if (room == 0) {
+            // The buffer is full behind a carriage return: with its line feed it counts as one character.
+            if (*next == '\n') {
+                buffer[used - 1] = '\n';
+                ++next;
+            }
+            break;
+        }
+        size_t chunk = end - next < room ? static_cast<size_t>(end - next) : static_cast<size_t>(room);
+        const auto *lineFeed = static_cast<const char *>(memchr(next, '\n', chunk));
+        if (lineFeed) chunk = static_cast<size_t>(lineFeed + 1 - next);
+        memcpy(buffer + used, next, chunk);
+        used += static_cast<int>(chunk);
+        next += chunk;
+        if (lineFeed) {
+            if (used >= 2 && buffer[used - 2] == '\r') buffer[--used - 1] = '\n';
+            break;
+        }
+        if (used == size - 1 && buffer[used - 1] != '\r') break;
+    }
+    buffer[used] = '\0';
+    return used > 0 ? used : -1;
+}
+
+TextWriter::TextWriter(const char *path) : file(OpenForWriting(path)) {
+    if (file != NO_FILE) block = std::make_unique<char[]>(BLOCK_SIZE);
+}
+
+TextWriter::~TextWriter() {
+    close();
+}
+
+void TextWriter::flush() {
+    size_t done = 0;
+    while (done < used && !failed) {
+        int64_t count = WriteBytes(file, block.get() + done, used - done);
+        if (count <= 0)
+            failed = true;
+        else
+            done += static_cast<size_t>(count);
+    }
+    used = 0;
+}
+
+void TextWriter::append(std::string_view bytes) {
+    while (!bytes.empty()) {
+        if (used == BLOCK_SIZE) flush();
+        size_t count = bytes.size() < BLOCK_SIZE - used ? bytes.size() : BLOCK_SIZE - used;
+        memcpy(block.get() + used, bytes.data(), count);
+        used += count;
+        bytes.remove_prefix(count);
+    }
+}
+
+void TextWriter::write(std::string_view text) {
+    if (file == NO_FILE) return;
+    const std::string_view lineEnd = TextLineEnd;
+    if (lineEnd == "\n") {
+        append(text);
+        return;
+    }
+    for (size_t lineFeed; (lineFeed = text.find('\n')) != text.npos; text.remove_prefix(lineFeed + 1)) {
+        append(text.substr(0, lineFeed));
+        append(lineEnd);
+    }
+    append(text);
+}
+
+bool TextWriter::close() {
+    if (file == NO_FILE) return false;
+    flush();
+    CloseFile(file);
+    file = NO_FILE;
+    return !failed;
+}

@@ -1,0 +1,383 @@
+#include "store/pattern_store.h"
+
+#include "headless/headless.h"
+#include "store/mutators.h"
+#include "unit/support/fresh_store.h"
+#include <cstring>
+#include <map>
+#include <random>
+
+namespace {
+
+class PatternStore : public FreshStore {
+protected:
+    // An unnamed pattern whose record takes `bytes` when it is closed, and its id.
+    static uint16_t recordOfSize(uint32_t bytes) {
+        uint16_t id = MakePattern("", Transitions((bytes - 36) / 8, {1, 1}));
+        EXPECT_EQ(PatternFromId(id)->used(), bytes & ~3u);
+        return id;
+    }
+    static Pattern *close() { return PatternAlloc(0); }
+};
+
+void *RefuseMemory(void *, size_t) {
+    return nullptr;
+}
+
+TEST_F(PatternStore, TheFirstRecordStandsAtOffset4) {
+    EXPECT_EQ(HeapSize, 65536);
+    EXPECT_EQ(HeapTop, 4);
+    uint16_t id = MakePattern("A");
+    EXPECT_EQ(id, 1);
+    EXPECT_EQ(PatternTable[id], 4u);
+    EXPECT_EQ(HeapTop, 4);
+    EXPECT_EQ(TopPatternId, id);
+}
+
+TEST_F(PatternStore, TheNextRecordClosesTheOpenOne) {
+    uint16_t a = MakePattern("A", {{0, 5}, {1, 5}});
+    uint16_t b = MakePattern("B");
+    EXPECT_EQ(PatternFromId(a)->size, 36 + 4 + 16);
+    EXPECT_EQ(PatternTable[b], 4u + 56u);
+    EXPECT_EQ(TopPatternId, b);
+}
+
+TEST_F(PatternStore, AppendingToTheOpenRecordCopiesNothing) {
+    uint16_t id = MakePattern("A");
+    uint32_t place = PatternTable[id];
+    for (uint32_t i = 0; i < 1000; ++i) AddTransition(id, i, 1);
+    EXPECT_EQ(PatternTable[id], place);
+    EXPECT_EQ(HoleBytes, 0);
+}
+
+TEST_F(PatternStore, ARecordNotAtTheTopMovesThereAndLeavesAHole) {
+    uint16_t a = MakePattern("A", {{0, 5}});
+    MakePattern("B");
+    AddTransition(a, 1, 5);
+    EXPECT_EQ(HoleBytes, 48);
+    EXPECT_EQ(TopPatternId, a);
+    EXPECT_EQ(PatternFromId(a)->itemCount, 2);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PatternStore, ARecordThatWouldEndOnTheBoundaryGetsAFillerInFront) {
+    // 80 bytes are asked for a new record: it would end at 65536 exactly.
+    recordOfSize(65536 - 80 - 4 - 4);
+    MakePattern("");
+    EXPECT_EQ(PatternFromId(2)->id, 2);
+    uint32_t before = PatternTable[2];
+    EXPECT_LT(before + 80, 65536u);
+
+    PatternStoreFree();
+    ASSERT_TRUE(PatternStoreInit());
+    // Two blocks, so that there is room behind the boundary; 40 + 8n bytes bring the top to 65536 - 80.
+    HeapSize = 2 * 65536;
+    PatternHeap = static_cast<uint8_t *>(ResizeBlock(PatternHeap, 2 * 65536));
+    memset(PatternHeap + 65536, 0, 65536);
+    MakePattern("A", Transitions((65536 - 80 - 4 - 44) / 8, {1, 1}));
+    MakePattern("ABCD", {}); // 36 + 8
+    uint16_t id = MakePattern("");
+    EXPECT_EQ(PatternTable[id], 65536u);
+    EXPECT_EQ(HoleBytes, 80);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PatternStore, TheFillerUpToTheFirstBoundaryCountsAsAHole) {
+    recordOfSize(65516);
+    uint16_t id = MakePattern("A");
+    EXPECT_EQ(PatternTable[id], 65536u);
+    EXPECT_EQ(HoleBytes, 16);
+    EXPECT_EQ(HeapSize, 2 * 65536);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PatternStore, ARecordThatGrowsExactlyToTheBoundaryIsCopiedPastIt) {
+    uint16_t a = MakePattern("", {{1, 1}}); // 44 bytes: top at 48
+    close();
+    PatternRelease(PatternFromId(2));
+    // An unnamed record of 36 + 8n from 48: 65536 - 48 - 36 = 65452 is 4 short of a multiple of 8.
+    uint16_t b = MakePattern("abc", {}); // head of 40: items end on the boundary
+    for (uint32_t i = 0; i < (65536 - 48 - 40) / 8; ++i) AddTransition(b, 1, 1);
+    EXPECT_EQ(PatternTable[b] + PatternFromId(b)->used(), 65536u);
+    EXPECT_EQ(PatternTable[b], 48u);
+    AddTransition(b, 1, 1);
+    EXPECT_EQ(PatternTable[b], 65536u);
+    EXPECT_EQ(HoleBytes, 65536 - 48);
+    EXPECT_EQ(HeapFault(), "");
+    EXPECT_NE(a, b);
+}
+
+TEST_F(PatternStore, ARecordThatStepsOverTheBoundaryStaysWhereItIs) {
+    HeapSize = 2 * 65536;
+    PatternHeap = static_cast<uint8_t *>(ResizeBlock(PatternHeap, 2 * 65536));
+    memset(PatternHeap + 65536, 0, 65536);
+    MakePattern("", {{1, 1}});    // top at 48
+    uint16_t b = MakePattern(""); // head of 36: the items pass the boundary by 4
+    for (uint32_t i = 0; i < (65536 - 48 - 36) / 8; ++i) AddTransition(b, 1, 1);
+    EXPECT_EQ(PatternTable[b] + PatternFromId(b)->used(), 65532u);
+    AddTransition(b, 1, 1);
+    EXPECT_EQ(PatternTable[b], 48u);
+    EXPECT_EQ(PatternTable[b] + PatternFromId(b)->used(), 65540u);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PatternStore, AReleasedTopRecordGivesItsPlaceStraightBack) {
+    MakePattern("A");
+    uint16_t b = MakePattern("B", {{1, 1}});
+    uint32_t place = PatternTable[b];
+    EXPECT_EQ(PatternRelease(PatternFromId(b)), b);
+    EXPECT_EQ(HoleBytes, 0);
+    EXPECT_EQ(HeapTop, static_cast<int32_t>(place));
+    EXPECT_EQ(TopPatternId, 0);
+    uint16_t c = MakePattern("C");
+    EXPECT_EQ(PatternTable[c], place);
+}
+
+TEST_F(PatternStore, TheLowestFreeIdIsTakenAndTheHighestIdStays) {
+    MakePattern("A");
+    uint16_t b = MakePattern("B");
+    MakePattern("C");
+    PatternRelease(PatternFromId(b));
+    EXPECT_EQ(HighestPatternId, 3);
+    EXPECT_EQ(MakePattern("D"), b);
+    EXPECT_EQ(HighestPatternId, 3);
+}
+
+TEST_F(PatternStore, AGivenFreeIdIsRestored) {
+    Pattern *pattern = CreatePattern(77, "A", 1);
+    EXPECT_EQ(pattern->id, 77);
+    EXPECT_EQ(HighestPatternId, 77);
+    EXPECT_EQ(MakePattern("B"), 1);
+}
+
+TEST_F(PatternStore, The4000thPatternIsRefused) {
+    for (uint32_t i = 1; i < MAX_PATTERNS; ++i) ASSERT_EQ(MakePattern("", {{i, 1}}), i);
+    EXPECT_TRUE(Headless.userErrors.empty());
+    std::string before = StoreText();
+    EXPECT_EQ(CreatePattern(0, "A name that is longer than what the last record holds", 1), nullptr);
+    EXPECT_EQ(Headless.userErrors, std::vector<std::string>{"Exceeding maximum number of patterns"});
+    EXPECT_EQ(TopPatternId, 0);
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(HeapFault(), "");
+    // With nothing open there is nothing that it could have looked at.
+    EXPECT_EQ(PatternAlloc(0), nullptr);
+}
+
+TEST_F(PatternStore, WithARecordOpenARefusalReturnsItsAddress) {
+    Pattern *open = CreatePattern(0, "A", 1);
+    EXPECT_EQ(PatternAlloc(4000), open);
+    EXPECT_EQ(TopPatternId, 0);
+    EXPECT_EQ(Headless.userErrors.size(), 1u);
+}
+
+TEST_F(PatternStore, AThirdOfTheHeapInHolesIsCompactedAndNotMore) {
+    for (bool justEnough : {false, true}) {
+        PatternStoreFree();
+        ASSERT_TRUE(PatternStoreInit());
+        // A hole of 21844 or 21852 bytes: the threshold is 21845, and it is strict.
+        uint16_t hole = MakePattern("", Transitions((21844 - 36) / 8 + (justEnough ? 1 : 0), {1, 1}));
+        uint16_t keep = recordOfSize(43660);
+        close();
+        PatternRelease(PatternFromId(3));
+        PatternRelease(PatternFromId(hole));
+        EXPECT_EQ(HoleBytes, justEnough ? 21852 : 21844);
+        uint16_t next = MakePattern("N");
+        EXPECT_EQ(HeapSize, justEnough ? 65536 : 2 * 65536) << justEnough;
+        if (justEnough) {
+            EXPECT_EQ(PatternTable[keep], 4u);
+            EXPECT_EQ(HoleBytes, 0);
+        }
+        EXPECT_EQ(HeapFault(), "");
+        EXPECT_NE(next, keep);
+    }
+}
+
+TEST_F(PatternStore, HolesOfExactlyAThirdMakeTheHeapGrow) {
+    // 3 blocks: a third is 65536 bytes.
+    uint16_t ids[7];
+    for (uint16_t &id : ids) id = recordOfSize(32764);
+    close();
+    EXPECT_EQ(HeapSize % 65536, 0);
+    int32_t before = HeapSize;
+    HoleBytes = HeapSize / 3;
+    while (HeapSize == before && HoleBytes == before / 3) {
+        ASSERT_NE(MakePattern("", Transitions(100, {1, 1})), 0);
+    }
+    EXPECT_GT(HeapSize, before);
+}
+
+TEST_F(PatternStore, ARecordWithSlackTakesAnItemWithoutMoving) {
+    uint16_t a = MakePattern("A", {{0, 1}, {1, 1}, {0, 1}});
+    MakePattern("B");
+    DeleteItem(PatternFromId(a), 1);
+    uint32_t place = PatternTable[a];
+    uint16_t top = TopPatternId;
+    AddTransition(a, 1, 1);
+    EXPECT_EQ(PatternTable[a], place);
+    EXPECT_EQ(TopPatternId, top);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PatternStore, SlackOfHalfAnItemIsNotEnough) {
+    uint16_t a = MakePattern("abcd", {{0, 1}});
+    uint16_t b = MakePattern("B", {{7, 7}});
+    RenamePattern(PatternFromId(a), "abc");
+    ASSERT_EQ(PatternFromId(a)->itemCount, 1);
+    MakePattern("C");
+    AddTransition(a, 9, 9);
+    AddTransition(a, 9, 9);
+    EXPECT_EQ(PatternFromId(b)->item(0).value(), 7u);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PatternStore, ARecordEndsBefore65536Bytes) {
+    uint16_t id = MakePattern("", Transitions(8187, {1, 1}));
+    EXPECT_TRUE(Headless.userErrors.empty());
+    EXPECT_EQ(PatternFromId(id)->used(), 65532u);
+    std::string before = StoreText();
+    EXPECT_EQ(InsertTransition(PatternFromId(id), 0, 1, 1), nullptr);
+    EXPECT_EQ(Headless.userErrors, std::vector<std::string>{"Pattern has too many items"});
+    EXPECT_EQ(InsertReference(PatternFromId(id), PatternKind::Plain, 0, id, 1, 1, 0, 0, 0), nullptr);
+    EXPECT_EQ(StoreText(), before);
+    close();
+    EXPECT_EQ(HeapFault(), "");
+    EXPECT_EQ(PatternFromId(id)->size, 65532);
+}
+
+TEST_F(PatternStore, WithoutMemoryAChangeIsRefusedAndNothingIsLost) {
+    recordOfSize(65500);
+    std::string before = StoreText();
+    ResizeBlock = RefuseMemory;
+    EXPECT_EQ(CreatePattern(0, "B", 1), nullptr);
+    EXPECT_EQ(Headless.programErrors, std::vector<std::string>{"Unable to reallocate pattern memory"});
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(HeapFault(), "");
+    while (InsertTransition(PatternFromId(1), 0, 1, 1)) {}
+    RenamePattern(PatternFromId(1), "a name that does not fit");
+    EXPECT_EQ(std::string(PatternFromId(1)->name()), "");
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PatternStore, AStoreThatCannotBeMadeSaysWhichBlockIsMissing) {
+    PatternStoreFree();
+    ResizeBlock = RefuseMemory;
+    EXPECT_EQ(PatternStoreInit(), 0);
+    EXPECT_EQ(Headless.programErrors,
+              (std::vector<std::string>{"Unable to Allocate Pattern Memory for WDL",
+                                        "Unable to Allocate State Table Memory for WDL"}));
+    ResizeBlock = realloc;
+}
+
+TEST_F(PatternStore, ANamedRecordHasRoomForItsName) {
+    // The first block is nearly full: 80 bytes would fit, the name would not.
+    recordOfSize(65404);
+    std::string name(900, 'N');
+    uint16_t id = MakePattern(name.c_str());
+    EXPECT_EQ(PatternTable[id], 65536u);
+    EXPECT_EQ(std::string(PatternFromId(id)->name()), name);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PatternStore, TheLogHoldTellsWhatItWas) {
+    EXPECT_EQ(LogHoldOpen(1), 0);
+    EXPECT_EQ(LogHoldOpen(1), 1);
+    EXPECT_EQ(LogHoldOpen(0), 1);
+    EXPECT_EQ(LogHoldOpen(0), 0);
+}
+
+// A simple model of the store, and random work on both.
+struct ModelPattern {
+    std::string name;
+    std::vector<std::pair<uint32_t, uint32_t>> items;
+};
+using Model = std::map<uint16_t, ModelPattern>;
+
+std::string ModelFault(const Model &model) {
+    size_t inUse = 0;
+    for (uint32_t id = 1; id < MAX_PATTERNS; ++id) inUse += PatternInUse(id);
+    if (inUse != model.size()) return "another number of patterns";
+    for (const auto &[id, expected] : model) {
+        if (!PatternInUse(id)) return "a pattern is missing";
+        const Pattern *pattern = PatternFromId(id);
+        if (pattern->id != id || pattern->name() != expected.name) return "another id or name";
+        if (pattern->itemCount != expected.items.size()) return "another number of items";
+        for (size_t i = 0; i < expected.items.size(); ++i) {
+            const PatternItem &item = pattern->item(static_cast<uint32_t>(i));
+            if (item.value() != expected.items[i].first || item.duration() != expected.items[i].second) {
+                return "another item";
+            }
+        }
+    }
+    return "";
+}
+
+class RandomStore : public PatternStore {
+protected:
+    void step(std::mt19937 &random, Model &model, uint32_t bulk);
+    void insert(std::mt19937 &random, Model &model, uint16_t id, uint32_t count);
+    static uint16_t pick(std::mt19937 &random, const Model &model) {
+        auto place = model.begin();
+        std::advance(place, static_cast<ptrdiff_t>(random() % model.size()));
+        return place->first;
+    }
+    static std::string randomName(std::mt19937 &random) {
+        return random() % 3 == 0 ? "" : std::string(1 + random() % (random() % 20 ? 12 : 900), 'n');
+    }
+};
+
+void RandomStore::insert(std::mt19937 &random, Model &model, uint16_t id, uint32_t count) {
+    auto &items = model[id].items;
+    for (uint32_t i = 0; i < count; ++i) {
+        uint32_t value = random();
+        uint32_t duration = random() >> 1;
+        auto index = static_cast<uint16_t>(random() % 4 ? items.size() : random() % (items.size() + 1));
+        if (!InsertTransition(PatternFromId(id), index, value, duration)) return;
+        items.insert(items.begin() + index, {value, duration});
+    }
+}
+
+void RandomStore::step(std::mt19937 &random, Model &model, uint32_t bulk) {
+    uint32_t action = random() % 10;
+    if (model.empty() || action < 2) {
+        std::string name = randomName(random);
+        if (Pattern *pattern = CreatePattern(0, name.c_str(), 1)) model[pattern->id] = {name, {}};
+        return;
+    }
+    uint16_t id = pick(random, model);
+    auto &expected = model[id];
+    if (action < 6) {
+        insert(random, model, id, 1 + random() % bulk);
+    } else if (action < 8) {
+        for (uint32_t n = random() % bulk; n > 0 && !expected.items.empty(); --n) {
+            auto index = static_cast<uint16_t>(random() % expected.items.size());
+            DeleteItem(PatternFromId(id), index);
+            expected.items.erase(expected.items.begin() + index);
+        }
+    } else if (action == 8) {
+        std::string name = randomName(random);
+        size_t errors = Headless.userErrors.size();
+        RenamePattern(PatternFromId(id), name.c_str());
+        if (Headless.userErrors.size() == errors) expected.name = name;
+    } else {
+        PatternRelease(PatternFromId(id));
+        model.erase(id);
+    }
+}
+
+TEST_F(RandomStore, AgreesWithASimpleModelAfterEveryStep) {
+    for (uint32_t seed = 1; seed <= 40; ++seed) {
+        PatternStoreFree();
+        ASSERT_TRUE(PatternStoreInit());
+        std::mt19937 random(seed);
+        Model model;
+        uint32_t bulk = seed % 4 == 0 ? 3000 : seed % 2 ? 8 : 400;
+        int steps = bulk > 1000 ? 60 : 400;
+        for (int i = 0; i < steps; ++i) {
+            step(random, model, bulk);
+            ASSERT_EQ(ModelFault(model), "") << "seed " << seed << " step " << i;
+            ASSERT_EQ(HeapFault(), "") << "seed " << seed << " step " << i;
+        }
+    }
+}
+
+} // namespace
