@@ -16,7 +16,8 @@ INT_PTR CALLBACK AboutProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
         if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) return FALSE;
         EndDialog(dialog, IDOK);
         return TRUE;
-    default: return FALSE;
+    default:
+        return FALSE;
     }
 }
 

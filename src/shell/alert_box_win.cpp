@@ -55,11 +55,16 @@ bool FillControl(HWND dialog, int id, const char *text, int &width) {
 
 HICON LoadAlertIcon(AlertIcon icon) {
     switch (icon) {
-    case AlertIcon::Stop: return LoadIconA(nullptr, IDI_HAND);
-    case AlertIcon::Warning: return LoadIconA(nullptr, IDI_EXCLAMATION);
-    case AlertIcon::Question: return LoadIconA(nullptr, IDI_QUESTION);
-    case AlertIcon::Information: return LoadIconA(nullptr, IDI_ASTERISK);
-    default: return nullptr;
+    case AlertIcon::Stop:
+        return LoadIconA(nullptr, IDI_HAND);
+    case AlertIcon::Warning:
+        return LoadIconA(nullptr, IDI_EXCLAMATION);
+    case AlertIcon::Question:
+        return LoadIconA(nullptr, IDI_QUESTION);
+    case AlertIcon::Information:
+        return LoadIconA(nullptr, IDI_ASTERISK);
+    default:
+        return nullptr;
     }
 }
 
@@ -124,7 +129,8 @@ INT_PTR CALLBACK AlertProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
         GetWindowRect(dialog, &AlertPlace);
         EndDialog(dialog, LOWORD(wParam) - (ALERT_BUTTON - 1));
         return TRUE;
-    default: return FALSE;
+    default:
+        return FALSE;
     }
 }
 

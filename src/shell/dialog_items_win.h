@@ -1,5 +1,5 @@
-// Wrappers for what dialogs do with their controls. Each does nothing without a dialog or without the control,
-// so that a refresh can run whether or not its dialog is open.
+// Wrappers for what dialogs do with their controls. Each does nothing without a dialog or without the
+// control, so that a refresh can run whether or not its dialog is open.
 #pragma once
 
 #include <windows.h>

@@ -10,8 +10,8 @@ extern HWND FrameWindow;
 extern HWND PromptWindow;
 extern HWND TextWindow;
 
-// Makes window classes, cursors, the main window, the prompt line, the Text window and the message window, and
-// shows the main window. The classes are registered only for a null `previous`. False if a class failed.
+// Makes window classes, cursors, the main window, the prompt line, the Text window and the message window,
+// and shows the main window. The classes are registered only for a null `previous`. False if a class failed.
 bool InitWavesInst(HINSTANCE previous, int show);
 
 // Puts the panels and the prompt line at their places in the main window.

@@ -47,8 +47,8 @@ HWND CreatePromptWindow(HWND frame) {
     RECT client;
     GetClientRect(frame, &client);
     return CreateWindowA(CLASS_NAME, "VRDPrompt", WS_CHILD | WS_CLIPSIBLINGS | WS_VISIBLE, 0,
-                         client.bottom - PromptHeight(), client.right, PromptHeight(), frame, nullptr, Instance,
-                         nullptr);
+                         client.bottom - PromptHeight(), client.right, PromptHeight(), frame, nullptr,
+                         Instance, nullptr);
 }
 
 int PromptHeight() {

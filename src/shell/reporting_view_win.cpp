@@ -5,9 +5,7 @@
 
 namespace {
 
-// The error strip, and whether it is on its way: while it is, what its creation sets off must not remove it.
 HWND ErrorStripWindow = nullptr;
-bool ErrorStripBusy = false;
 
 void RemoveStrip() {
     if (ErrorStripWindow) {
@@ -24,9 +22,9 @@ HWND CreateStrip(const char *text) {
     int border = GetSystemMetrics(SM_CXFRAME);
     int height = GetSystemMetrics(SM_CYMENU);
     int top = frame.bottom - 2 * height - GetSystemMetrics(SM_CYFRAME);
-    HWND strip =
-        CreateWindowA("STATIC", text, WS_POPUP | WS_BORDER | SS_NOPREFIX | SS_LEFTNOWORDWRAP, frame.left + border,
-                      top, frame.right - frame.left - 2 * border, height, FrameWindow, nullptr, Instance, nullptr);
+    HWND strip = CreateWindowA("STATIC", text, WS_POPUP | WS_BORDER | SS_NOPREFIX | SS_LEFTNOWORDWRAP,
+                               frame.left + border, top, frame.right - frame.left - 2 * border, height,
+                               FrameWindow, nullptr, Instance, nullptr);
     if (!strip) return nullptr;
     SendMessageA(strip, WM_SETFONT, reinterpret_cast<WPARAM>(MainFont()), FALSE);
     ShowWindow(strip, SW_SHOWNOACTIVATE);
@@ -37,7 +35,6 @@ HWND CreateStrip(const char *text) {
 } // namespace
 
 void ViewShowStrip(const char *text) {
-    if (ErrorStripBusy) return;
     // The main window takes the strip that it owns with it.
     if (ErrorStripWindow && !IsWindow(ErrorStripWindow)) ErrorStripWindow = nullptr;
     if (!text || !FrameWindow) {
@@ -48,11 +45,9 @@ void ViewShowStrip(const char *text) {
         SetWindowTextA(ErrorStripWindow, text);
         return;
     }
-    ErrorStripBusy = true;
     HWND focus = GetFocus();
     ErrorStripWindow = CreateStrip(text);
     if (focus && GetFocus() != focus) SetFocus(focus);
-    ErrorStripBusy = false;
 }
 
 void ViewMessageBox(MessageKind kind, const char *caption, const char *text) {

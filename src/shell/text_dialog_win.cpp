@@ -44,7 +44,8 @@ INT_PTR CALLBACK QuestionProc(HWND dialog, UINT message, WPARAM wParam, LPARAM l
         if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) return FALSE;
         CloseQuestion(dialog, LOWORD(wParam) == IDOK);
         return TRUE;
-    default: return FALSE;
+    default:
+        return FALSE;
     }
 }
 

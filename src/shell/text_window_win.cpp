@@ -46,17 +46,17 @@ LRESULT CALLBACK ListWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
 WindowPlace StartPlace() {
     WindowPlace place;
     if (!ReadWindowPlace(TEXT_PLACE_KEY, place)) return DefaultTextPlace(ScreenWidth(), ScreenHeight());
-    return FitToScreen(place, {ScreenWidth(), ScreenHeight(), GetSystemMetrics(SM_CXSIZE),
-                               GetSystemMetrics(SM_CYCAPTION)});
+    return FitToScreen(
+        place, {ScreenWidth(), ScreenHeight(), GetSystemMetrics(SM_CXSIZE), GetSystemMetrics(SM_CYCAPTION)});
 }
 
 } // namespace
 
 HWND CreateTextWindow(HWND frame) {
     WindowPlace place = StartPlace();
-    HWND window = CreateWindowA("Listbox", "", WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_VSCROLL,
-                                place.left, place.top, place.right - place.left, place.bottom - place.top, frame,
-                                nullptr, Instance, nullptr);
+    HWND window = CreateWindowA(
+        "Listbox", "", WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_VSCROLL, place.left, place.top,
+        place.right - place.left, place.bottom - place.top, frame, nullptr, Instance, nullptr);
     if (!window) return nullptr;
     ListClassProc = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ListWndProc)));
