@@ -183,6 +183,7 @@ void InitDocument() {
     ForceSaveAs = 0;
     WdlVersion = 4;
     EditLog = {0, 1};
+    ExtendSpanHook = ExtendSpan;
 }
 
 int LoadDocument(char *path) {

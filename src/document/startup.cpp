@@ -3,6 +3,7 @@
 #include "config/paths.h"
 #include "config/settings.h"
 #include "display/renderer.h"
+#include "display/row_metrics.h"
 #include "display/rows.h"
 #include "display/viewport.h"
 #include "document/document.h"
@@ -42,7 +43,6 @@ void InitState() {
     InitReporting();
     InitWaveView();
     InitDocument();
-    InitViewport();
 }
 
 } // namespace

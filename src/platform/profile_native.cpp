@@ -21,7 +21,7 @@ bool SameName(std::string_view a, std::string_view b) {
 }
 
 struct Line {
-    size_t start, end; // offsets in the file's text, `end` behind the line end
+    size_t start = 0, end = 0; // offsets in the file's text, `end` behind the line end
     bool isSection = false, isKey = false;
     std::string_view name, value;
 };
@@ -45,7 +45,9 @@ void Classify(Line &line, std::string_view text) {
 
 // The line at `start`, which ends with a carriage return, a line feed or both.
 Line LineAt(std::string_view text, size_t start) {
-    Line line{start, text.size()};
+    Line line;
+    line.start = start;
+    line.end = text.size();
     size_t end = std::min(text.find_first_of("\r\n", start), text.size());
     if (end < text.size()) line.end = end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
     Classify(line, text.substr(start, end - start));

@@ -25,7 +25,6 @@ void FreshStore::SetUp() {
     InitReporting();
     InitWaveView();
     InitDocument();
-    InitViewport();
     NameChars = {'[', ']', '_', '.'};
     ResizeBlock = realloc;
     ASSERT_EQ(AllocWaveRows(), 1);
