@@ -45,19 +45,15 @@ Pane PaneOf(HWND window) {
     return static_cast<Pane>(GetWindowWord(window, 0));
 }
 
-void ReleasePicture(const char *failure) {
-    if (!SurfaceRelease()) ProgramError(failure);
-}
-
 void PaintWindow(HWND window) {
     ReleasePicture("ReleaseDC Failure in WM_PAINT");
     PAINTSTRUCT paint;
     HDC context = BeginPaint(window, &paint);
     // A message box over a load that failed lets paints in when there is nothing left to show.
     if (context && WaveRows) {
-        SurfaceBeginPaint(PaneOf(window), context);
+        BeginPicture(PaneOf(window), context);
         PaintPane(PaneOf(window));
-        SurfaceEndPaint();
+        EndPicture();
     }
     EndPaint(window, &paint);
 }
@@ -199,8 +195,7 @@ void PaneClientSize(Pane pane, int32_t &width, int32_t &height) {
 
 PixelRect PaneClipBox(Pane) {
     RECT box = {};
-    HDC context = SurfaceContext();
-    if (!context || GetClipBox(context, &box) == ERROR) return {0, 0, 0, 0};
+    if (!PictureDC || GetClipBox(PictureDC, &box) == ERROR) return {0, 0, 0, 0};
     return {box.left, box.top, box.right, box.bottom};
 }
 

@@ -28,7 +28,6 @@ HCURSOR zoomCursor = nullptr;
 HCURSOR selectCursor = nullptr;
 HCURSOR queryCursor = nullptr;
 HCURSOR resizeCursor = nullptr;
-HBRUSH backgroundBrush = nullptr;
 
 // --- places ---------------------------------------------------------------------------------------------
 
@@ -139,7 +138,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 
 LRESULT CALLBACK BackWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     LRESULT result = HandleFrameMessage(window, message, wParam, lParam);
-    if (!SurfaceRelease()) ProgramError("ReleaseDC Failure in BackWndProc");
+    ReleasePicture("ReleaseDC Failure in BackWndProc");
     return result;
 }
 
@@ -156,7 +155,7 @@ void LoadCursors() {
     resizeCursor = LoadOwnCursor("resize");
 }
 
-bool RegisterFrameClass() {
+bool RegisterFrameClass(HBRUSH background) {
     frameIcon = LoadIconA(Instance, "icon");
     WNDCLASSEXA description = {};
     description.cbSize = sizeof description;
@@ -168,15 +167,15 @@ bool RegisterFrameClass() {
         static_cast<HICON>(LoadImageA(Instance, "icon", IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
                                       GetSystemMetrics(SM_CYSMICON), LR_SHARED));
     description.hCursor = resizeCursor;
-    description.hbrBackground = backgroundBrush;
+    description.hbrBackground = background;
     description.lpszMenuName = "Main";
     description.lpszClassName = APPLICATION_TITLE;
     return RegisterClassExA(&description) != 0;
 }
 
 bool RegisterClasses() {
-    backgroundBrush = CreateSolidBrush(SurfaceColour(ColorSettings[Background]));
-    return RegisterFrameClass() && RegisterPromptClass() && RegisterPaneClass(backgroundBrush);
+    HBRUSH background = SolidBrush(ColorSettings[Background]);
+    return RegisterFrameClass(background) && RegisterPromptClass() && RegisterPaneClass(background);
 }
 
 void CreateFrameWindow() {
@@ -286,7 +285,7 @@ void ReleaseWindows() {
     TextWindow = nullptr;
     if (FrameWindow) DestroyWindow(FrameWindow);
     PromptWindow = nullptr;
-    SurfaceFree();
+    ReleaseGraphicObjects();
     SetCursor(LoadCursorA(nullptr, IDC_WAIT));
     for (HCURSOR *cursor : {&zoomCursor, &selectCursor, &queryCursor, &resizeCursor}) {
         if (*cursor) DestroyCursor(*cursor);

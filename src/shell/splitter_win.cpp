@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr const char *RELEASE_FAILURE = "ReleaseDC Failure in DrawVerticalBar()";
+
 // Where the bar is shown while the border is dragged.
 bool dragging = false;
 int barX = 0;
@@ -17,19 +19,19 @@ int barX = 0;
 // Inverts a line across the panels, so that a second call takes it away. It is drawn on the screen, as the
 // panels would clip it.
 void DrawVerticalBar(int x) {
-    if (!SurfaceRelease()) ProgramError("ReleaseDC Failure in DrawVerticalBar()");
+    ReleasePicture(RELEASE_FAILURE);
     RECT client;
     GetClientRect(FrameWindow, &client);
     POINT ends[] = {{x, WaveView.RulerHeight}, {x, client.bottom - PromptHeight()}};
     MapWindowPoints(FrameWindow, nullptr, ends, 2);
     HDC screen = GetDC(nullptr);
-    HPEN pen = CreatePen(PS_SOLID, 0, SurfaceColour(0));
+    HPEN pen = CreatePen(PS_SOLID, 0, RGB(255, 255, 255));
     HGDIOBJ before = SelectObject(screen, pen);
     SetROP2(screen, R2_XORPEN);
     Polyline(screen, ends, 2);
     SelectObject(screen, before);
     DeleteObject(pen);
-    if (!ReleaseDC(nullptr, screen)) ProgramError("ReleaseDC Failure in DrawVerticalBar()");
+    if (!ReleaseDC(nullptr, screen)) ProgramError(RELEASE_FAILURE);
 }
 
 } // namespace

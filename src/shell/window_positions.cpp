@@ -53,7 +53,7 @@ void StoreWindowPlace(const char *key, const WindowPlace &place) {
     char text[64];
     if (SettingsIniPath[0] == '\0') return;
     snprintf(text, sizeof text, "%d,%d,%d,%d", place.left, place.top, place.right, place.bottom);
-    WriteProfileString(SECTION, key, text, SettingsIniPath);
+    SetProfileString(SECTION, key, text, SettingsIniPath);
 }
 
 WindowPlace FitToScreen(WindowPlace place, const ScreenMeasures &screen) {
