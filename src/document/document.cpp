@@ -21,7 +21,6 @@
 
 char DocumentPath[MAX_PATH_SIZE] = "";
 int32_t ForceSaveAs = 0;
-int32_t WdlVersion = 4;
 
 namespace {
 

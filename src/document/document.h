@@ -9,8 +9,6 @@
 extern char DocumentPath[MAX_PATH_SIZE];
 // Set once a save meets a file that is not writable; from then on every save asks for a name.
 extern int32_t ForceSaveAs;
-// 4 before each load, overwritten by a directive. Nothing reads it.
-extern int32_t WdlVersion;
 // The kind of tool in the suite: 6, the stimulus tool.
 constexpr int ApplicationKind = 6;
 // Opening may fall back to an untitled document.

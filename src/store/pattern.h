@@ -18,6 +18,10 @@ enum class PinType : uint32_t { Test = 0, In = 1, Out = 2, Bid = 3, Global = 4 }
 // A repeat count without end.
 constexpr uint16_t REPEAT_FOREVER = 65535;
 
+// How many references may follow one another from a pattern down to the deepest one that it uses. Whatever
+// descends into patterns recurses this deep at most.
+constexpr uint32_t MAX_NESTING = 256;
+
 // A level or bus value held for a time, or a use of another pattern: bit 0 of the first word tells which.
 struct PatternItem {
     uint32_t word0;
@@ -36,6 +40,7 @@ struct PatternItem {
     uint32_t scale() const { return (word0 >> 14) & 0xFFFF; }
     uint16_t patternId() const { return static_cast<uint16_t>(word1); }
     uint16_t repeat() const { return static_cast<uint16_t>(word1 >> 16); }
+    void setSliceWidth(uint32_t width) { word0 = (word0 & ~(31u << 9)) | (width & 31) << 9; }
 };
 static_assert(sizeof(PatternItem) == 8);
 

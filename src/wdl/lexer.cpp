@@ -1,0 +1,280 @@
+#include "wdl/lexer.h"
+
+#include "store/signal_name.h"
+#include "wdl/error_listing.h"
+#include <cstring>
+
+TextReader *WdlFile = nullptr;
+char WdlLine[WDL_LINE_SIZE] = "";
+const char *WdlReadPos = WdlLine;
+int32_t WdlLineNumber = 0;
+char WdlPushback = 0;
+char WdlText[WDL_TEXT_SIZE] = "";
+int32_t WdlToken = TOKEN_END;
+int32_t WdlPendingToken = 0;
+int32_t WdlRightSide = 0;
+
+namespace {
+
+// What a scan answers when it found no token but an error: the next one is taken.
+constexpr int32_t NO_TOKEN = -1;
+
+// Characters in WdlText.
+uint32_t textLength = 0;
+
+// As a signed byte, so that bytes from 128 up are blanks, and so is the NUL of the file's end.
+bool IsBlank(char c) {
+    return static_cast<signed char>(c) <= ' ';
+}
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool IsHexDigit(char c) {
+    return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+bool IsLetterOrDigit(char c) {
+    return IsDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// WdlGetChar for the common case, a character within the line.
+inline char NextChar() {
+    char c = *WdlReadPos;
+    if (WdlPushback != 0 || c == '\0' || c == '\n') return WdlGetChar();
+    ++WdlReadPos;
+    return c;
+}
+
+int32_t TokenTooLong() {
+    WdlSyntaxError("Token is too long");
+    return TOKEN_END;
+}
+
+// Adds the characters through the first one that ends the token: `end1`, `end2`, the end of the file, or,
+// with `atBlank`, a blank. That one is in the text and is returned in `last`. False if the text has no room.
+bool ReadThrough(char end1, char end2, bool atBlank, char &last) {
+    char c;
+    do {
+        c = NextChar();
+        if (textLength == WDL_TEXT_SIZE - 1) return false;
+        WdlText[textLength++] = c;
+    } while (c != '\0' && c != end1 && c != end2 && !(atBlank && IsBlank(c)));
+    last = c;
+    WdlText[textLength] = '\0';
+    return true;
+}
+
+void CutLastCharacter() {
+    WdlText[--textLength] = '\0';
+}
+
+int32_t ScanName(int32_t token) {
+    char last;
+    if (!ReadThrough(';', token == TOKEN_USE ? ')' : ';', true, last)) return TokenTooLong();
+    WdlPushback = last;
+    CutLastCharacter();
+    CanonicalizeName(WdlText);
+    // A closing bracket that was left out may have been added; such a name would fit in no line.
+    return strlen(WdlText) > WDL_LINE_LIMIT ? TokenTooLong() : token;
+}
+
+// Adds the digits that follow. They end within the line, as its end reads as a blank.
+void ReadDigits() {
+    while (IsDigit(*WdlReadPos)) WdlText[textLength++] = *WdlReadPos++;
+    WdlText[textLength] = '\0';
+    WdlPushback = WdlGetChar();
+}
+
+int32_t ScanRepeat() {
+    char c = WdlGetChar();
+    if (c == '#') {
+        WdlText[textLength++] = c;
+        WdlText[textLength] = '\0';
+        return TOKEN_FOREVER;
+    }
+    if (IsDigit(c)) {
+        WdlText[textLength++] = c;
+        ReadDigits();
+    } else {
+        WdlPushback = c;
+    }
+    return TOKEN_REPEAT;
+}
+
+int32_t ScanScale() {
+    ReadDigits();
+    return TOKEN_SCALE;
+}
+
+struct Keyword {
+    const char *text;
+    int32_t token;
+};
+
+// In the order of the search: the first one found anywhere in the directive counts.
+constexpr Keyword DIRECTIVES[] = {
+    {"VERSION", TOKEN_VERSION},
+    {"ENDTIME", TOKEN_END_TIME},
+    {"MASTERCLOCKMULT", TOKEN_MASTER_CLOCK_MULT},
+    {"SMALLESTUNIT", TOKEN_SMALLEST_UNIT},
+    {"AUTOASSIGN", TOKEN_AUTO_ASSIGN},
+    {"AUTOEXPORT", TOKEN_AUTO_EXPORT},
+    {"DECIMALS", TOKEN_DECIMALS},
+    {"BUSREVERSE", TOKEN_BUS_REVERSE},
+};
+
+constexpr Keyword FORMATS[] = {
+    {"@NRZ", TOKEN_NRZ},
+    {"@RC", TOKEN_RC},
+    {"@R1", TOKEN_R1},
+    {"@RZ", TOKEN_RZ},
+};
+
+int32_t ScanDirective() {
+    char last;
+    if (!ReadThrough(';', ';', false, last)) return TokenTooLong();
+    WdlPushback = last;
+    CutLastCharacter();
+    for (const Keyword &keyword : DIRECTIVES) {
+        if (strstr(WdlText, keyword.text)) return keyword.token;
+    }
+    WdlSyntaxError("Invalid '%' keyword");
+    return NO_TOKEN;
+}
+
+int32_t ScanAngle() {
+    char last;
+    if (!ReadThrough('>', '>', false, last)) return TokenTooLong();
+    WdlPushback = last;
+    CutLastCharacter();
+    return TOKEN_ANGLE;
+}
+
+int32_t ScanFormat() {
+    char last;
+    if (!ReadThrough('\0', '\0', true, last)) return TokenTooLong();
+    CutLastCharacter();
+    for (const Keyword &keyword : FORMATS) {
+        if (strcmp(WdlText, keyword.text) == 0) return keyword.token;
+    }
+    WdlSyntaxError("Invalid pin type");
+    return NO_TOKEN;
+}
+
+int32_t ScanBlock() {
+    char last;
+    if (!ReadThrough('}', '}', false, last)) return TokenTooLong();
+    if (last == '}') return TOKEN_BLOCK;
+    WdlSyntaxError("Missing '}'");
+    return NO_TOKEN;
+}
+
+// The token's first character stands for itself, whatever it is.
+int32_t ScanNumber() {
+    const char *pos = WdlReadPos;
+    while (IsHexDigit(*pos)) WdlText[textLength++] = *pos++;
+    WdlText[textLength] = '\0';
+    WdlReadPos = pos;
+    char c = NextChar();
+    if (!IsLetterOrDigit(c)) {
+        WdlPushback = c;
+        return TOKEN_NUMBER;
+    }
+    while (!IsBlank(c)) c = NextChar();
+    WdlSyntaxError("Illegal use of name");
+    return NO_TOKEN;
+}
+
+bool BeginsName(char c) {
+    return WdlRightSide == 0 && c != '{' && c != '=' && c != '%' && c != ';';
+}
+
+// The token that begins with `c`.
+int32_t ScanToken(char c) {
+    WdlText[0] = c;
+    WdlText[1] = '\0';
+    textLength = 1;
+    if (BeginsName(c)) return ScanName(TOKEN_NAME);
+    switch (c) {
+    case '#':
+        return ScanRepeat();
+    case '$':
+        return ScanName(TOKEN_USE);
+    case '%':
+        return ScanDirective();
+    case '(':
+        return TOKEN_OPEN;
+    case ')':
+        return TOKEN_CLOSE;
+    case '*':
+        return ScanScale();
+    case '+':
+        return TOKEN_PLUS;
+    case ';':
+        return TOKEN_SEMICOLON;
+    case '<':
+        return ScanAngle();
+    case '=':
+        return TOKEN_EQUALS;
+    case '@':
+        return ScanFormat();
+    case '{':
+        return ScanBlock();
+    default:
+        return ScanNumber();
+    }
+}
+
+} // namespace
+
+void InitWdlLexer(TextReader *file) {
+    WdlFile = file;
+    WdlLine[0] = '\0';
+    WdlReadPos = WdlLine;
+    WdlLineNumber = 0;
+    WdlPushback = 0;
+    WdlText[0] = '\0';
+    WdlToken = TOKEN_END;
+    WdlPendingToken = 0;
+    WdlRightSide = 0;
+}
+
+char WdlReadLine() {
+    WdlReadPos = WdlLine;
+    int length = WdlFile->readLine(WdlLine, WDL_LINE_LIMIT + 2);
+    if (length < 0) {
+        WdlLine[0] = '\0';
+        return 0;
+    }
+    if (length == 0 || WdlLine[length - 1] != '\n' || memchr(WdlLine, '\0', static_cast<size_t>(length))) {
+        WdlSyntaxError("Line is too long - Max is 1024 characters");
+        return WdlLine[0];
+    }
+    ++WdlLineNumber;
+    return WdlLine[0];
+}
+
+char WdlGetChar() {
+    if (WdlPushback != 0) {
+        char c = WdlPushback;
+        WdlPushback = 0;
+        return c;
+    }
+    char c = *WdlReadPos++;
+    if (c != '\0' && c != '\n') return c;
+    return WdlReadLine() != 0 ? ' ' : '\0';
+}
+
+int32_t WdlNextToken() {
+    if (WdlPendingToken != 0) {
+        WdlToken = WdlPendingToken;
+        WdlPendingToken = 0;
+        return WdlToken;
+    }
+    do {
+        char c = NextChar();
+        while (c != '\0' && (IsBlank(c) || c == ',')) c = NextChar();
+        WdlText[0] = '\0';
+        WdlToken = c == '\0' ? TOKEN_END : ScanToken(c);
+    } while (WdlToken == NO_TOKEN);
+    return WdlToken;
+}

@@ -1,0 +1,66 @@
+// The scanner of the stimulus language: lines, characters and tokens. What a token is depends on the side of
+// the "=" that it stands on.
+#pragma once
+
+#include "platform/text_file.h"
+#include <cstdint>
+
+// Room for a line: 1021 characters, its line feed, and its NUL, with a byte to spare.
+constexpr int WDL_LINE_SIZE = 1024;
+// Characters of a line, its line feed not counted. A longer one cannot be read.
+constexpr int WDL_LINE_LIMIT = 1021;
+// Room for the text of a token, its NUL included.
+constexpr int WDL_TEXT_SIZE = 1024;
+
+enum WdlTokenNumber : int32_t {
+    TOKEN_END = 0, // the end of the file
+    TOKEN_SEMICOLON = 1,
+    TOKEN_EQUALS = 2,
+    TOKEN_SCALE = 3,   // "*" and digits
+    TOKEN_REPEAT = 4,  // "#" and digits
+    TOKEN_FOREVER = 5, // "##"
+    TOKEN_OPEN = 6,
+    TOKEN_CLOSE = 7,
+    TOKEN_NUMBER = 8,
+    TOKEN_PLUS = 10,
+    TOKEN_NAME = 11, // on the left side only; normalised
+    TOKEN_USE = 13,  // a name that begins with "$"; normalised
+    TOKEN_ANGLE = 18,
+    TOKEN_BLOCK = 19, // a property block, with both braces
+    TOKEN_NRZ = 20,
+    TOKEN_RZ = 21,
+    TOKEN_R1 = 22,
+    TOKEN_RC = 23,
+    // Directives: the text up to the ";".
+    TOKEN_VERSION = 24,
+    TOKEN_MASTER_CLOCK_MULT = 25,
+    TOKEN_SMALLEST_UNIT = 26,
+    TOKEN_END_TIME = 27,
+    TOKEN_AUTO_ASSIGN = 28,
+    TOKEN_AUTO_EXPORT = 29,
+    TOKEN_DECIMALS = 30,
+    TOKEN_BUS_REVERSE = 31,
+};
+
+// The scanner's state. Written by the scanner; the compiler writes WdlPendingToken and WdlRightSide.
+extern TextReader *WdlFile;
+extern char WdlLine[WDL_LINE_SIZE]; // the current line, with its line feed
+extern const char *WdlReadPos;      // the next character in it
+extern int32_t WdlLineNumber;       // lines read so far
+extern char WdlPushback;            // a character to read once more, 0 for none
+extern char WdlText[WDL_TEXT_SIZE]; // the text of the current token
+extern int32_t WdlToken;            // its number
+extern int32_t WdlPendingToken;     // a token to give back, 0 for none
+extern int32_t WdlRightSide;        // 1 right of the "=", 0 left of it
+
+// Puts the state in place for the start of `file`.
+void InitWdlLexer(TextReader *file);
+
+// Reads the next line and answers its first character, 0 at the end of the file. A line that is too long, has
+// no line feed or holds a NUL is a syntax error.
+char WdlReadLine();
+// The next character; a line end counts as one blank; 0 at the end of the file.
+char WdlGetChar();
+// The next token, to WdlToken and WdlText; TOKEN_END also behind a token that is too long, which is a syntax
+// error.
+int32_t WdlNextToken();
