@@ -30,14 +30,15 @@ bool SameName(std::string_view a, std::string_view b) {
 
 struct Line {
     size_t start = 0, end = 0; // offsets in the file's text, `end` behind the line end
-    bool isSection = false, isKey = false;
+    bool isEmpty = false, isSection = false, isKey = false;
     std::string_view name = {}, value = {};
 };
 
 // A line that begins with "[" but holds no "]" is an ordinary one, and one without "=" has no value to give.
 void Classify(Line &line, std::string_view text) {
     size_t first = text.find_first_not_of(BLANKS);
-    if (first == text.npos || text[first] == ';') return;
+    line.isEmpty = first == text.npos;
+    if (line.isEmpty || text[first] == ';') return;
     text.remove_prefix(first);
     size_t close = text.rfind(']');
     line.isSection = text[0] == '[' && close != text.npos;
@@ -78,7 +79,7 @@ Place FindKey(std::string_view text, std::string_view section, std::string_view 
         if (line.isSection && place.sectionFound) break;
         if (line.isSection && SameName(line.name, section)) place.sectionFound = true;
         if (!place.sectionFound) continue;
-        if (!Trimmed(text.substr(line.start, line.end - line.start)).empty()) place.sectionEnd = line.end;
+        if (!line.isEmpty) place.sectionEnd = line.end;
         if (line.isKey && SameName(line.name, key)) {
             place.keyFound = true;
             place.key = line;
