@@ -39,7 +39,8 @@ HexagonShape ShapeHexagon(int32_t x0, int32_t x1, int32_t middle, int32_t half, 
     } else {
         int32_t from = std::max(x0, 0);
         int32_t d = x0 < 0 ? x0 * half / w : 0;
-        SetPoints(shape, {{from, middle + d}, {x0 + w, top}, {x1, middle}, {x0 + w, bottom}, {from, middle - d}});
+        SetPoints(shape,
+                  {{from, middle + d}, {x0 + w, top}, {x1, middle}, {x0 + w, bottom}, {from, middle - d}});
     }
     return shape;
 }

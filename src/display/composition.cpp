@@ -43,7 +43,9 @@ void DrawRulerTick(const RulerTick &tick, void *place) {
     }
 }
 
-int32_t RowTop(uint32_t row) { return static_cast<int32_t>(row) * WaveView.RowHeight; }
+int32_t RowTop(uint32_t row) {
+    return static_cast<int32_t>(row) * WaveView.RowHeight;
+}
 
 void PaintRows(Pane pane, void (*drawRow)(uint32_t)) {
     SelectPicture(pane);
@@ -69,7 +71,8 @@ void RepaintRows(Pane pane, int32_t left, int32_t right, uint32_t first, uint32_
 bool RefersToChanged(const Pattern *pattern) {
     for (uint32_t i = 0; i < pattern->itemCount; i++) {
         const PatternItem &item = pattern->item(i);
-        if (item.isReference() && PatternInUse(item.patternId()) && PatternFromId(item.patternId())->changed()) {
+        if (item.isReference() && PatternInUse(item.patternId()) &&
+            PatternFromId(item.patternId())->changed()) {
             return true;
         }
     }
@@ -145,7 +148,7 @@ void DrawRowName(uint32_t row) {
 
 void RepaintRowsFrom(uint32_t row) {
     if (!PanesExist() || WaveView.RowHeight <= 0) return;
-    uint32_t first = std::max(row, WaveView.TopRow);
+    uint32_t first = std::max(std::min(row, WaveView.RowCount), WaveView.TopRow);
     int32_t bottom = static_cast<int32_t>(WaveView.TopPixel) + WaveView.WavePaneHeight;
     uint32_t last = std::min(static_cast<uint32_t>((bottom - 1) / WaveView.RowHeight + 1), WaveView.RowCount);
     int32_t left = NameShift();

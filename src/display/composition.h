@@ -16,8 +16,8 @@ void DrawRuler();
 void DrawRowName(uint32_t row);
 // Names and waves from `row` down, with the area below the last row cleared.
 void RepaintRowsFrom(uint32_t row);
-// The rows of patterns that changed.
-void RepaintChanged(bool forceOverlay);
+// The rows of patterns that changed since the last call, and of those that refer to such patterns.
+void RepaintChanged();
 void RepaintAllRows();
 void RepaintAll();
 // Schedules a repaint of the three panels.

@@ -18,11 +18,15 @@ PixelPoint Shifted(PixelPoint point) {
     return point;
 }
 
-int BackgroundColour() { return ColorSettings[Background] & COLOUR_MASK; }
+int BackgroundColour() {
+    return ColorSettings[Background] & COLOUR_MASK;
+}
 
 } // namespace
 
-void SelectPicture(Pane pane) { SurfaceSelect(pane); }
+void SelectPicture(Pane pane) {
+    SurfaceSelect(pane);
+}
 
 void SetDrawColour(int index) {
     int colour = index & COLOUR_MASK;
@@ -76,4 +80,6 @@ void DrawAnchoredText(int32_t x, int32_t y, int anchor, const char *text) {
     if (inverted) SurfacePolyline(std::array<PixelPoint, 2>{{{left, top - 1}, {left + size.width, top - 1}}});
 }
 
-int32_t TextWidth(const char *text) { return SurfaceTextSize(text).width; }
+int32_t TextWidth(const char *text) {
+    return SurfaceTextSize(text).width;
+}

@@ -10,7 +10,8 @@ constexpr int DOTTED = 16;
 // Makes a panel the one that is drawn on.
 void SelectPicture(Pane pane);
 // Selects pen, brush and text colour, `index` 0 to 31. The brush is hatched for 1 to 15, and solid for 0 and
-// the dotted colours; in the background's colour it is solid too, so that what it erases gets one even colour.
+// the dotted colours; in the background's colour it is solid too, so that what it erases gets one even
+// colour.
 void SetDrawColour(int index);
 // Connects up to MAX_POLYLINE points; the last one is left out.
 constexpr size_t MAX_POLYLINE = 10;

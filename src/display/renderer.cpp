@@ -24,7 +24,9 @@ constexpr int32_t BLOCK_OVERHANG = 2;
 // How a state is drawn.
 enum Level : int32_t { LowLine = 0, HighLine = 1, Hatched = 2, Boxed = 3 };
 
-bool IsLine(int32_t level) { return level == LowLine || level == HighLine; }
+bool IsLine(int32_t level) {
+    return level == LowLine || level == HighLine;
+}
 
 // The horizontal extent of a segment, in pixels.
 struct Extent {
@@ -159,7 +161,8 @@ void PrepareRowDraw(const Pattern *pattern, uint32_t row) {
 }
 
 void DrawRowWaves(uint32_t row) {
-    if (row < WaveView.TopRow || row >= WaveView.TopRow + VisibleRows() + 1 || row >= WaveView.RowCount) return;
+    if (row < WaveView.TopRow || row >= WaveView.TopRow + VisibleRows() + 1 || row >= WaveView.RowCount)
+        return;
     Pattern *pattern = RowPattern(row);
     if (!pattern) return;
     SelectPicture(Pane::Wave);

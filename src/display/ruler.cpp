@@ -11,7 +11,9 @@ constexpr int32_t LEAST_TICK_DISTANCE = 8;
 constexpr int32_t LEAST_LABEL_DISTANCE = 100;
 constexpr TimeVal MINOR_PER_MAJOR = 10;
 
-int32_t OnThisScreen(int32_t pixels) { return static_cast<int32_t>(std::lround(pixels * ScreenMagnification())); }
+int32_t OnThisScreen(int32_t pixels) {
+    return static_cast<int32_t>(std::lround(pixels * ScreenMagnification()));
+}
 
 TimeVal ChooseMinorStep() {
     TimeVal step = 1;
@@ -53,7 +55,8 @@ void FormatRulerLabel(TimeVal t, char *label) {
 }
 
 void ForEachRulerTick(const RulerSteps &steps, RulerTickVisit visit, void *context) {
-    TimeVal last = TimeMin(TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth)), WaveView.SpanEnd);
+    TimeVal last =
+        TimeMin(TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth)), WaveView.SpanEnd);
     TimeVal t;
     if (!FirstTick(WaveView.ViewLeft, steps.minor, t)) return;
     char label[TIME_TEXT_SIZE];

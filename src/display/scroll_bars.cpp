@@ -7,10 +7,16 @@ namespace {
 // A platform's bar counts in a small range, the axis in 2^32 units.
 constexpr int32_t LONGEST_TIME_BAR = 10000;
 
-TimeVal PaneTime() { return PixelsToTime(WaveView.WavePaneWidth); }
-TimeVal SpanLength() { return WaveView.SpanEnd - WaveView.SpanStart; }
+TimeVal PaneTime() {
+    return PixelsToTime(WaveView.WavePaneWidth);
+}
+TimeVal SpanLength() {
+    return WaveView.SpanEnd - WaveView.SpanStart;
+}
 // The time at the left edge, counted from the start of the axis.
-TimeVal TimePosition() { return WaveView.ViewLeft - WaveView.SpanStart; }
+TimeVal TimePosition() {
+    return WaveView.ViewLeft - WaveView.SpanStart;
+}
 
 // The sum of a time and a step in either direction, kept on the axis.
 TimeVal Moved(TimeVal t, int64_t step) {
@@ -80,7 +86,9 @@ std::optional<uint32_t> ScrolledRow(ScrollCode code, int32_t thumb) {
     }
 }
 
-int32_t NameTextField() { return WaveView.NameTextWidth + WaveView.FontCharWidth; }
+int32_t NameTextField() {
+    return WaveView.NameTextWidth + WaveView.FontCharWidth;
+}
 
 int32_t ScrolledNames(ScrollCode code, int32_t thumb) {
     int32_t limit = NameTextField() - WaveView.NameColumnWidth;
@@ -169,7 +177,8 @@ void UpdateNameScrollBar() {
     if (!DisplayOpen) return;
     int32_t excess = NameTextField() - WaveView.NameColumnWidth;
     if (WaveView.RowCount != 0 && excess > 0) {
-        SetPaneScrollBar(Pane::Name, ScrollBar::Horizontal, excess, std::max(excess - WaveView.NameScroll, 0));
+        SetPaneScrollBar(Pane::Name, ScrollBar::Horizontal, excess,
+                         std::max(excess - WaveView.NameScroll, 0));
     } else {
         SetPaneScrollBar(Pane::Name, ScrollBar::Horizontal, 1, WaveView.NameScroll == 0 ? 1 : 0);
     }

@@ -1,6 +1,6 @@
-// The narrow seam under the drawing primitives: what a platform does to put lines, fills and text on the panel
-// that is current. All coordinates are pixels of the panel's client area. Without a current panel the drawing
-// calls do nothing. Fonts and colours are the surface's own; `colour` is an index into ColorTable.
+// The narrow seam under the drawing primitives: what a platform does to put lines, fills and text on the
+// panel that is current. All coordinates are pixels of the panel's client area. Without a current panel the
+// drawing calls do nothing. Fonts and colours are the surface's own; `colour` is an index into ColorTable.
 #pragma once
 
 #include "display/panes.h"

@@ -1,10 +1,8 @@
 #include "display/viewport.h"
-#include "display/panes.h"
+#include "store/queries.h"
 #include <algorithm>
 #include <bit>
 #include <cmath>
-
-void (*RulerHook)();
 
 namespace {
 
@@ -15,7 +13,9 @@ constexpr int32_t HIGHEST_SCALE = 4;
 constexpr int32_t DEFAULT_NAME_COLUMN = 100; // pixels of an ordinary screen
 
 // How often `n` can be doubled before its top bit is set, at most `limit` times.
-int32_t Doublings(uint32_t n, int32_t limit) { return std::min(std::countl_zero(n), limit); }
+int32_t Doublings(uint32_t n, int32_t limit) {
+    return std::min(std::countl_zero(n), limit);
+}
 
 // `value` << `bits`, at most `limit`.
 uint32_t ShiftUp(uint32_t value, uint32_t bits, uint32_t limit) {
@@ -24,10 +24,14 @@ uint32_t ShiftUp(uint32_t value, uint32_t bits, uint32_t limit) {
     return static_cast<uint32_t>(std::min<uint64_t>(static_cast<uint64_t>(value) << bits, limit));
 }
 
-uint32_t ShiftDown(uint32_t value, uint32_t bits) { return bits >= 32 ? 0 : value >> bits; }
+uint32_t ShiftDown(uint32_t value, uint32_t bits) {
+    return bits >= 32 ? 0 : value >> bits;
+}
 
 // The size of a scale as a number of bits; `Scale` may hold anything.
-uint32_t Bits(int32_t scale) { return scale < 0 ? 0u - static_cast<uint32_t>(scale) : scale; }
+uint32_t Bits(int32_t scale) {
+    return scale < 0 ? 0u - static_cast<uint32_t>(scale) : scale;
+}
 
 } // namespace
 
@@ -53,7 +57,9 @@ int32_t MinScale() {
     return -Doublings(static_cast<uint32_t>(std::max(ScreenWidth(), 0)), -LOWEST_SCALE);
 }
 
-int32_t MaxScale() { return Doublings(WaveView.SpanEnd - WaveView.SpanStart, HIGHEST_SCALE); }
+int32_t MaxScale() {
+    return Doublings(WaveView.SpanEnd - WaveView.SpanStart, HIGHEST_SCALE);
+}
 
 void ApplyView() {
     constexpr TimeVal HALF_AXIS = 0x7FFFFFFF;
@@ -72,7 +78,8 @@ void FitScale(TimeVal length) {
     if (length <= static_cast<TimeVal>(std::max(WaveView.WavePaneWidth, 0))) {
         WaveView.Scale = 0;
         int32_t maximum = MaxScale();
-        while (WaveView.Scale < maximum && length < PixelsToTime(WaveView.WavePaneWidth) / 2) WaveView.Scale++;
+        while (WaveView.Scale < maximum && length < PixelsToTime(WaveView.WavePaneWidth) / 2)
+            WaveView.Scale++;
         return;
     }
     WaveView.Scale = -1;
@@ -103,14 +110,20 @@ void ExtendSpan(TimeVal endTime) {
     FullSpanEnd = want;
     if (!DisplayOpen) return;
     UpdateTimeScrollBar();
-    if (RulerHook) RulerHook();
+    InvalidatePane(Pane::Ruler);
+}
+
+void InitViewport() {
+    ExtendSpanHook = ExtendSpan;
 }
 
 int32_t NameFieldWidth() {
     return std::max(WaveView.NameTextWidth + WaveView.FontCharWidth, WaveView.NameColumnWidth);
 }
 
-int32_t NameShift() { return NameFieldWidth() - WaveView.NameColumnWidth - WaveView.NameScroll; }
+int32_t NameShift() {
+    return NameFieldWidth() - WaveView.NameColumnWidth - WaveView.NameScroll;
+}
 
 uint32_t VisibleRows() {
     if (WaveView.RowHeight <= 0 || WaveView.WavePaneHeight <= 0) return 0;

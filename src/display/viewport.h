@@ -24,8 +24,8 @@ void ZoomToRange(TimeVal a, TimeVal b);
 void CentreOn(TimeVal t, bool force);
 // Raises FullSpanEnd and SpanEnd to a quarter beyond `endTime`.
 void ExtendSpan(TimeVal endTime);
-// Redraws the ruler after the span has grown. Installed by the display.
-extern void (*RulerHook)();
+// Lets the store tell the viewport how long the document is. Called once at the start.
+void InitViewport();
 
 // The virtual field, in pixels, at whose right end the names stand, and how far it is shifted to the left.
 int32_t NameFieldWidth();

@@ -29,3 +29,5 @@ void ReleaseWindows() {
     ++Headless.windowsReleased;
     Headless.panesExist = false;
 }
+
+void FrameToFront() { ++Headless.framesToFront; }

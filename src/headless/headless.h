@@ -36,6 +36,7 @@ struct HeadlessState {
     int waitCursors = 0;
     int windowsReleased = 0;
     int frameCloses = 0;
+    int framesToFront = 0;
 
     // What is answered. With none left an alert answers 1, a file dialog is cancelled.
     std::deque<int> alertAnswers;
@@ -47,6 +48,7 @@ struct HeadlessState {
     int32_t paneHeight[4] = {0, 34, 600, 600};
     bool panesExist = false;
     std::vector<Pane> invalidated; // calls of InvalidatePane
+    std::vector<Pane> updated;     // calls of UpdatePane
     struct Bar {
         int32_t maximum = 0, position = 0;
     } bars[4][2];

@@ -23,7 +23,7 @@ bool SameName(std::string_view a, std::string_view b) {
 struct Line {
     size_t start = 0, end = 0; // offsets in the file's text, `end` behind the line end
     bool isSection = false, isKey = false;
-    std::string_view name, value;
+    std::string_view name = {}, value = {};
 };
 
 // A line that begins with "[" but holds no "]" is an ordinary one.

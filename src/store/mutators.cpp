@@ -179,7 +179,7 @@ void DeleteItem(Pattern *pattern, uint16_t index) {
 
 int MergeItems(Pattern *pattern, uint16_t index) {
     auto next = static_cast<uint16_t>(index + 1);
-    if (next >= pattern->itemCount) return 0;
+    if (index >= pattern->itemCount || next >= pattern->itemCount) return 0;
     const PatternItem &first = pattern->item(index);
     const PatternItem &second = pattern->item(next);
     if (first.isReference() || second.isReference() || first.value() != second.value()) return 0;

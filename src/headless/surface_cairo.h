@@ -1,0 +1,44 @@
+// The surface without windows: it draws the panels into a picture of Cairo's, records what it is asked, or
+// does neither and only measures.
+#pragma once
+
+#include "display/surface.h"
+#include <cairo.h>
+#include <string>
+#include <vector>
+
+struct SurfaceCall {
+    enum class Kind { Select, Pen, Brush, TextColour, Polyline, Fill, Text };
+    Kind kind;
+    Pane pane;                      // current at the call
+    int colour = 0;                 // of a pen, a brush or a text
+    bool patterned = false;         // a dotted pen, a hatched brush
+    std::vector<PixelPoint> points; // of a polyline; the upper left corner of a text
+    PixelRect rect = {};            // of a fill
+    std::string text;
+};
+
+// Where the panels lie in a picture. Without a context nothing is drawn.
+struct PictureTarget {
+    cairo_t *context = nullptr;
+    PixelPoint origin[4] = {}; // of each panel's client area, by Pane
+    PixelSize size[4] = {};
+    bool crisp = true; // drawn pixel by pixel; otherwise slopes and hatches are lines, for magnified and
+                       // vector pictures
+};
+
+struct HeadlessSurfaceState {
+    bool recording = false;
+    std::vector<SurfaceCall> calls;
+    PictureTarget target;
+    Pane pane = Pane::None;
+    int penColour = 15;
+    bool penDotted = false;
+    int brushColour = 0;
+    bool brushHatched = false;
+    int textColour = 15;
+};
+// Written by the surface; tests and pictures set `recording`, `calls` and `target`.
+extern HeadlessSurfaceState HeadlessSurface;
+// Puts the start values in place.
+void InitHeadlessSurface();
