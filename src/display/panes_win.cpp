@@ -29,7 +29,7 @@ int BarOf(ScrollBar bar) {
     return bar == ScrollBar::Horizontal ? SB_HORZ : SB_VERT;
 }
 
-// --- the window procedure -------------------------------------------------------------------------------
+// --- the window procedure -------------------------------------------------------------------------
 
 // A panel takes the first free number as it is made.
 void NumberPane(HWND window) {
@@ -156,7 +156,7 @@ bool OpenWindow() {
     return false;
 }
 
-// --- what the engine asks of the panels ----------------------------------------------------------------
+// --- what the engine asks of the panels -----------------------------------------------------------
 
 bool PanesExist() {
     return RulerWindow && NameWindow && WaveWindow;

@@ -17,7 +17,7 @@ CommandStateRecord CommandState;
 
 namespace {
 
-// --- the table ------------------------------------------------------------------------------------------
+// --- the table ------------------------------------------------------------------------------------
 
 bool Always() {
     return true;
@@ -106,7 +106,7 @@ void RunCommand(uint32_t id) {
     if (command && command->run) command->run();
 }
 
-// --- the ranges of ids ----------------------------------------------------------------------------------
+// --- the ranges of ids ----------------------------------------------------------------------------
 
 constexpr uint32_t LAST_SCREEN_COMMAND = 19;
 constexpr uint32_t LAST_VIEW_COMMAND = 49;

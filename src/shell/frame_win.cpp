@@ -29,7 +29,7 @@ HCURSOR selectCursor = nullptr;
 HCURSOR queryCursor = nullptr;
 HCURSOR resizeCursor = nullptr;
 
-// --- places ---------------------------------------------------------------------------------------------
+// --- places ---------------------------------------------------------------------------------------
 
 void ReadScreenSize() {
     HDC context = GetDC(nullptr);
@@ -55,7 +55,7 @@ void StorePlaces() {
     StorePlace(PaneWindow(Pane::Name), NAME_PLACE_KEY);
 }
 
-// --- the window procedure -------------------------------------------------------------------------------
+// --- the window procedure -------------------------------------------------------------------------
 
 void RemoveErrorStrip() {
     ShowErrorStrip(nullptr);
@@ -142,7 +142,7 @@ LRESULT CALLBACK BackWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
     return result;
 }
 
-// --- making the windows ----------------------------------------------------------------------------------
+// --- making the windows ---------------------------------------------------------------------------
 
 HCURSOR LoadOwnCursor(const char *name) {
     return static_cast<HCURSOR>(LoadImageA(Instance, name, IMAGE_CURSOR, 0, 0, LR_DEFAULTSIZE));
@@ -238,7 +238,7 @@ HCURSOR CursorFor(int mode) {
     return LoadCursorA(nullptr, IDC_ARROW);
 }
 
-// --- what the engine asks of the main window -----------------------------------------------------------
+// --- what the engine asks of the main window ------------------------------------------------------
 
 void FrameSetTitle(const char *title) {
     if (FrameWindow) SetWindowTextA(FrameWindow, title);

@@ -64,7 +64,7 @@ bool WaitFor(const std::function<bool()> &condition, double seconds) {
     return true;
 }
 
-// --- files ------------------------------------------------------------------------------------------------
+// --- files ----------------------------------------------------------------------------------------
 
 TestDirectory::TestDirectory() {
     char base[MAX_PATH];
@@ -100,8 +100,7 @@ bool TestDirectory::has(const std::string &name) const {
     return fs::exists(file(name));
 }
 
-// --- windows
-// ------------------------------------------------------------------------------------------------
+// --- windows --------------------------------------------------------------------------------------
 
 std::string ClassOf(HWND window) {
     char text[256] = "";
@@ -152,8 +151,16 @@ std::vector<std::string> Dialog::labels() const {
     return texts;
 }
 
-// --- the program
-// ----------------------------------------------------------------------------------------------
+void Dialog::giveFile(const std::string &name) const {
+    for (HWND child : ChildrenOf(window)) {
+        if (ClassOf(child) != "Edit" || !IsWindowVisible(child)) continue;
+        SendMessageA(child, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name.c_str()));
+        break;
+    }
+    click(IDOK);
+}
+
+// --- the program ----------------------------------------------------------------------------------
 
 Editor::Editor(const TestDirectory &directory, const std::string &arguments) {
     SetEnvironmentVariableA("KELVANE_CONFIG", directory.file("config").c_str());
@@ -236,8 +243,8 @@ bool Editor::hasStrip(const std::string &text) const {
 }
 
 bool Editor::open() {
-    bool stands = WaitFor([&] { return !running() || (pane(3) && IsWindowVisible(pane(3))); });
-    if (!stands || !running()) return false;
+    WaitFor([&] { return !running() || shownDialog() || (pane(3) && IsWindowVisible(pane(3))); });
+    if (!running() || shownDialog() || !pane(3)) return false;
     toFront();
     return painted();
 }
@@ -255,11 +262,17 @@ bool Editor::painted() const {
     });
 }
 
-Dialog Editor::dialog() const {
+HWND Editor::shownDialog() const {
+    for (HWND window : windows())
+        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window)) return window;
+    return nullptr;
+}
+
+Dialog Editor::dialog(HWND before) const {
     Dialog found;
     WaitFor([&] {
-        for (HWND window : windows())
-            if (ClassOf(window) == "#32770" && IsWindowVisible(window)) found.window = window;
+        found.window = shownDialog();
+        if (found.window == before) found.window = nullptr;
         return found.window != nullptr || !running();
     });
     if (found.window) {
@@ -270,15 +283,21 @@ Dialog Editor::dialog() const {
 }
 
 bool Editor::dialogGone() const {
-    return WaitFor([&] {
-        for (HWND window : windows())
-            if (ClassOf(window) == "#32770" && IsWindowVisible(window)) return false;
-        return true;
-    });
+    return WaitFor([&] { return shownDialog() == nullptr; });
 }
 
 void Editor::command(int id) const {
     PostMessageA(frame(), WM_COMMAND, static_cast<WPARAM>(id), 0);
+}
+
+void Editor::close() const {
+    PostMessageA(frame(), WM_CLOSE, 0, 0);
+}
+
+HWND Editor::focus() const {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(GetWindowThreadProcessId(frame(), nullptr), &info) ? info.hwndFocus : nullptr;
 }
 
 Picture Editor::picture() const {
@@ -313,7 +332,7 @@ bool Editor::plantChange() const {
     return plant("EditLog", &position, sizeof position);
 }
 
-// --- input ------------------------------------------------------------------------------------------------
+// --- input ----------------------------------------------------------------------------------------
 
 void PressKey(WORD key, const std::vector<WORD> &with) {
     std::vector<INPUT> inputs;
@@ -338,8 +357,8 @@ void MoveMouse(int x, int y) {
     input.mi.dx = (x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
     input.mi.dy = (y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
     input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-    // A virtual display tells of a move only when it is asked for something, and may then take the pointer back
-    // to where it was before.
+    // A virtual display tells of a move only when it is asked for something, and may then take the pointer
+    // back to where it was before.
     constexpr int STEADY = 4;
     int steady = 0;
     WaitFor([&] {
@@ -362,11 +381,13 @@ void PressButton(bool down) {
 
 bool HasCapture(HWND window, bool captured) {
     DWORD thread = GetWindowThreadProcessId(window, nullptr);
-    return WaitFor([&] {
-        GUITHREADINFO info = {};
-        info.cbSize = sizeof info;
-        return GetGUIThreadInfo(thread, &info) && (info.hwndCapture == window) == captured;
-    }, 10);
+    return WaitFor(
+        [&] {
+            GUITHREADINFO info = {};
+            info.cbSize = sizeof info;
+            return GetGUIThreadInfo(thread, &info) && (info.hwndCapture == window) == captured;
+        },
+        10);
 }
 
 void ClickAt(int x, int y) {

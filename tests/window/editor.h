@@ -9,7 +9,7 @@
 #include <vector>
 
 // Asks again and again until the answer is true; false when the patience (seconds) has run out.
-bool WaitFor(const std::function<bool()> &condition, double seconds = 60);
+bool WaitFor(const std::function<bool()> &condition, double seconds = 30);
 
 // A directory of its own for a test, removed with all that is in it.
 class TestDirectory {
@@ -36,6 +36,8 @@ struct Dialog {
     void click(int id) const;
     // The texts of all its labels and buttons, in their order.
     std::vector<std::string> labels() const;
+    // In a dialog that asks for a file: gives the name, and clicks Open or Save.
+    void giveFile(const std::string &name) const;
 };
 
 class Editor {
@@ -48,8 +50,8 @@ public:
 
     // Waits until the main window and the panels stand and are painted; false if they do not come.
     bool open();
-    // Waits for the next dialog; its window is null if none comes.
-    Dialog dialog() const;
+    // Waits for a dialog other than `before`; its window is null if none comes.
+    Dialog dialog(HWND before = nullptr) const;
     // Waits until no dialog is there.
     bool dialogGone() const;
     // Waits until the program has ended by itself, and gives its exit code.
@@ -67,6 +69,10 @@ public:
 
     // Sends a command as its menu entry does.
     void command(int id) const;
+    // Closes the main window as its close button does.
+    void close() const;
+    // The window of the program that has the keyboard.
+    HWND focus() const;
     // Waits until everything that was scheduled is painted and the picture stands still.
     bool painted() const;
     Picture picture() const;
@@ -81,6 +87,7 @@ public:
 
 private:
     std::vector<HWND> windows() const;
+    HWND shownDialog() const;
     HANDLE job = nullptr;
     HANDLE process = nullptr;
     DWORD processId = 0;

@@ -168,7 +168,7 @@ TEST_F(Layout, ThePlacesAreLeftForTheNextStart) {
         ASSERT_TRUE(editor.painted());
         DragBorder(editor, names, names + 40);
         ASSERT_TRUE(NamesBecome(editor, names + 40));
-        PostMessageA(editor.frame(), WM_CLOSE, 0, 0);
+        editor.close();
         ASSERT_EQ(editor.ended(), 0u);
     }
     std::string ini = directory.read("config\\Kelvane.ini");

@@ -41,7 +41,7 @@ int TakePicture(const std::string &file, const std::string &out) {
         fprintf(stderr, "The picture cannot be written: %s\n", out.c_str());
         return 1;
     }
-    PostMessageA(editor.frame(), WM_CLOSE, 0, 0);
+    editor.close();
     std::optional<DWORD> code = editor.ended();
     if (code && *code == 0) return 0;
     fprintf(stderr, "The editor did not end as it should\n");

@@ -22,7 +22,7 @@ TEST_F(Start, WithoutAFileOpensAnUntitledDocumentAndMakesNoFile) {
     ASSERT_TRUE(editor.open());
     EXPECT_EQ(editor.title(), "Kelvane - <untitled>");
     editor.shoot("start-untitled");
-    PostMessageA(editor.frame(), WM_CLOSE, 0, 0);
+    editor.close();
     EXPECT_EQ(editor.ended(), 0u);
     EXPECT_FALSE(directory.has(".wdl"));
     EXPECT_FALSE(directory.has(".kel"));

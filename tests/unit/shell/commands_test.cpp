@@ -132,7 +132,7 @@ TEST_F(Commands, CommandsThatAreNotBuiltDoNothing) {
     EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
 }
 
-// --- the document's commands ------------------------------------------------------------------------------
+// --- the document's commands ----------------------------------------------------------------------
 
 TEST_F(Commands, OpenAsksForAFileAndReturnsToTheModeBefore) {
     DispatchCommand(COMMAND_EDIT_MODE);
@@ -172,8 +172,7 @@ TEST_F(Commands, SaveAsAsksForTheName) {
     EXPECT_FALSE(CanAccessFile(directory.file("plain.wdl").c_str(), FileAccess::Read));
 }
 
-// --- rows
-// ---------------------------------------------------------------------------------------------------
+// --- rows -----------------------------------------------------------------------------------------
 
 TEST_F(Commands, HideAndDuplicateActOnTheHighlightedRows) {
     MakePattern("A", {{0, 10}});
@@ -193,8 +192,7 @@ TEST_F(Commands, ExpandBusShowsItsBits) {
     EXPECT_STREQ(PatternFromId(WaveRows[1].PatternId)->name(), "D[1]");
 }
 
-// --- what may be chosen
-// -------------------------------------------------------------------------------------
+// --- what may be chosen ---------------------------------------------------------------------------
 
 TEST_F(Commands, OnlyWhatIsBuiltIsEnabledWithoutASelection) {
     std::vector<uint32_t> enabled;
@@ -236,8 +234,7 @@ TEST_F(Commands, ACommandUpdatesTheMenu) {
     EXPECT_TRUE(last[COMMAND_SAVE]);
 }
 
-// --- view commands interrupt others
-// -------------------------------------------------------------------------
+// --- view commands interrupt others ---------------------------------------------------------------
 
 TEST_F(Commands, AViewCommandInterruptsTheModeAndGivesItBack) {
     DispatchCommand(COMMAND_EDIT_MODE);

@@ -92,7 +92,7 @@ TEST_F(StoredPlaces, WithoutAConfigurationNothingIsStored) {
     EXPECT_FALSE(ReadWindowPlace(FRAME_PLACE_KEY, place));
 }
 
-// --- the layout of the main window ------------------------------------------------------------------------
+// --- the layout of the main window ----------------------------------------------------------------
 
 TEST(FrameLayouts, PanelsAndPromptShareTheClientArea) {
     FrameLayout layout = LayOutFrame({800, 600, 20, 34, 100});
