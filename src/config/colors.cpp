@@ -68,6 +68,6 @@ void SaveColors(const char *path) {
     for (const ColorKey &key : COLOR_KEYS) {
         char text[12];
         snprintf(text, sizeof text, "%u", static_cast<unsigned>(ColorSettings[key.entry]));
-        WriteProfileString(SECTION, key.name, text, path);
+        SetProfileString(SECTION, key.name, text, path);
     }
 }

@@ -36,7 +36,7 @@ void ReadBelow(const char *key, int32_t limit, int32_t &value) {
 }
 
 void WriteText(const char *key, const char *value) {
-    WriteProfileString(SECTION, key, value, SettingsIniPath);
+    SetProfileString(SECTION, key, value, SettingsIniPath);
 }
 
 void WriteInteger(const char *key, int64_t value) {

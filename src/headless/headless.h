@@ -24,6 +24,7 @@ struct HeadlessState {
     // What was shown.
     std::vector<std::string> userErrors;
     std::vector<std::string> programErrors;
+    std::vector<std::string> captions; // of the message boxes of both kinds
     std::vector<HeadlessAlert> alerts;
     std::vector<std::string> strips;  // texts of the error strip as shown; "" for a removal
     std::vector<std::string> prompts; // PromptText at each paint of the line

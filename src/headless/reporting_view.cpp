@@ -32,9 +32,10 @@ void ViewShowStrip(const char *text) {
     Print(Headless.strips.back());
 }
 
-void ViewMessageBox(MessageKind kind, const char * /*caption*/, const char *text) {
+void ViewMessageBox(MessageKind kind, const char *caption, const char *text) {
     auto &messages = kind == MessageKind::User ? Headless.userErrors : Headless.programErrors;
     messages.emplace_back(text);
+    Headless.captions.emplace_back(caption);
     Print(text);
 }
 

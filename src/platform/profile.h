@@ -13,4 +13,4 @@ int ProfileString(const char *section, const char *key, const char *fallback, ch
 int ProfileInteger(const char *section, const char *key, int fallback, const char *path);
 // Sets a key, making the section and the file where they are missing and keeping all other lines; false if
 // the file cannot be written.
-bool WriteProfileString(const char *section, const char *key, const char *value, const char *path);
+bool SetProfileString(const char *section, const char *key, const char *value, const char *path);

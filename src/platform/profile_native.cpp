@@ -1,46 +1,56 @@
 #include "platform/files.h"
 #include "platform/profile.h"
 #include <algorithm>
+#include <cctype>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <strings.h>
 
 namespace {
 
 constexpr std::string_view BLANKS(" \t\v\f\x1a");
+// Of UTF-8; some editors put it in front of the first section.
+constexpr std::string_view BYTE_ORDER_MARK("\xef\xbb\xbf");
 
+// Without blanks around it. A NUL ends a text early.
 std::string_view Trimmed(std::string_view text) {
+    text = text.substr(0, text.find('\0'));
     size_t first = text.find_first_not_of(BLANKS);
     if (first == text.npos) return {};
     return text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
 }
 
 bool SameName(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+    auto same = [](char x, char y) {
+        return tolower(static_cast<uint8_t>(x)) == tolower(static_cast<uint8_t>(y));
+    };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
 }
 
 struct Line {
     size_t start = 0, end = 0; // offsets in the file's text, `end` behind the line end
-    bool isSection = false, isKey = false;
+    bool isEmpty = false, isSection = false, isKey = false;
     std::string_view name = {}, value = {};
 };
 
-// A line that begins with "[" but holds no "]" is an ordinary one.
+// A line that begins with "[" but holds no "]" is an ordinary one, and one without "=" has no value to give.
 void Classify(Line &line, std::string_view text) {
-    text = Trimmed(text);
-    if (text.empty()) return;
+    size_t first = text.find_first_not_of(BLANKS);
+    line.isEmpty = first == text.npos;
+    if (line.isEmpty || text[first] == ';') return;
+    text.remove_prefix(first);
     size_t close = text.rfind(']');
-    if (text[0] == '[' && close != text.npos) {
-        line.isSection = true;
-        line.name = text.substr(1, close - 1);
+    line.isSection = text[0] == '[' && close != text.npos;
+    if (line.isSection) {
+        line.name = Trimmed(text.substr(1, close - 1));
         return;
     }
-    if (text[0] == ';') return;
-    size_t equals = std::min(text.find('='), text.size());
-    line.isKey = true;
+    size_t equals = text.find('=');
+    line.isKey = equals != text.npos;
+    if (!line.isKey) return;
     line.name = Trimmed(text.substr(0, equals));
-    if (equals < text.size()) line.value = Trimmed(text.substr(equals + 1));
+    line.value = Trimmed(text.substr(equals + 1));
 }
 
 // The line at `start`, which ends with a carriage return, a line feed or both.
@@ -62,13 +72,14 @@ struct Place {
 
 Place FindKey(std::string_view text, std::string_view section, std::string_view key) {
     Place place;
-    for (size_t start = 0; start < text.size();) {
+    for (size_t start = text.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0;
+         start < text.size();) {
         Line line = LineAt(text, start);
         start = line.end;
         if (line.isSection && place.sectionFound) break;
         if (line.isSection && SameName(line.name, section)) place.sectionFound = true;
         if (!place.sectionFound) continue;
-        if (!Trimmed(text.substr(line.start, line.end - line.start)).empty()) place.sectionEnd = line.end;
+        if (!line.isEmpty) place.sectionEnd = line.end;
         if (line.isKey && SameName(line.name, key)) {
             place.keyFound = true;
             place.key = line;
@@ -113,14 +124,12 @@ int ProfileString(const char *section, const char *key, const char *fallback, ch
     ReadWhole(path, text);
     Place place = FindKey(text, section, key);
     std::string_view value = place.keyFound ? WithoutQuotes(place.key.value) : fallback;
-    value = value.substr(0, value.find('\0'));
-    size_t length = std::min(value.size(), static_cast<size_t>(size - 1));
-    memcpy(buffer, value.data(), length);
+    size_t length = value.copy(buffer, static_cast<size_t>(size - 1));
     buffer[length] = '\0';
     return static_cast<int>(length);
 }
 
-bool WriteProfileString(const char *section, const char *key, const char *value, const char *path) {
+bool SetProfileString(const char *section, const char *key, const char *value, const char *path) {
     std::string text;
     if (!ReadWhole(path, text) && CanAccessFile(path, FileAccess::Exists)) return false;
     const std::string lineEnd = text.find("\r\n") == text.npos ? TextLineEnd : "\r\n";

@@ -17,7 +17,7 @@ int ProfileString(const char *section, const char *key, const char *fallback, ch
         GetPrivateProfileStringA(section, key, fallback, buffer, static_cast<DWORD>(size), full));
 }
 
-bool WriteProfileString(const char *section, const char *key, const char *value, const char *path) {
+bool SetProfileString(const char *section, const char *key, const char *value, const char *path) {
     char full[MAX_PATH_SIZE];
     if (!FullPath(path, full)) return false;
     bool written = WritePrivateProfileStringA(section, key, value, full) != 0;

@@ -1,0 +1,238 @@
+#include "display/panes_win.h"
+
+#include "config/settings.h"
+#include "display/composition.h"
+#include "display/rows.h"
+#include "display/surface_win.h"
+#include "display/viewport.h"
+#include "shell/commands.h"
+#include "shell/frame_win.h"
+#include "shell/reporting.h"
+#include "shell/window_positions.h"
+
+namespace {
+
+constexpr const char *CLASS_NAME = "SubKelvane";
+constexpr double ORDINARY_DPI = 96.0;
+
+HWND RulerWindow = nullptr;
+HWND NameWindow = nullptr;
+HWND WaveWindow = nullptr;
+int32_t screenWidth = 0;
+int32_t screenHeight = 0;
+
+HWND &WindowSlot(Pane pane) {
+    return pane == Pane::Ruler ? RulerWindow : pane == Pane::Name ? NameWindow : WaveWindow;
+}
+
+int BarOf(ScrollBar bar) {
+    return bar == ScrollBar::Horizontal ? SB_HORZ : SB_VERT;
+}
+
+// --- the window procedure -------------------------------------------------------------------------------
+
+// A panel takes the first free number as it is made.
+void NumberPane(HWND window) {
+    for (Pane pane : {Pane::Ruler, Pane::Name, Pane::Wave}) {
+        if (WindowSlot(pane)) continue;
+        WindowSlot(pane) = window;
+        SetWindowWord(window, 0, static_cast<WORD>(pane));
+        return;
+    }
+}
+
+Pane PaneOf(HWND window) {
+    return static_cast<Pane>(GetWindowWord(window, 0));
+}
+
+void PaintWindow(HWND window) {
+    ReleasePicture("ReleaseDC Failure in WM_PAINT");
+    PAINTSTRUCT paint;
+    HDC context = BeginPaint(window, &paint);
+    // A message box over a load that failed lets paints in when there is nothing left to show.
+    if (context && WaveRows) {
+        BeginPicture(PaneOf(window), context);
+        PaintPane(PaneOf(window));
+        EndPicture();
+    }
+    EndPaint(window, &paint);
+}
+
+bool ShowCursorOver(HWND window, LPARAM lParam) {
+    UINT place = LOWORD(lParam);
+    bool waiting = CommandState.CursorMode == CURSOR_WAIT;
+    if (!waiting && place != HTCLIENT && place != 0) return false;
+    bool byMode = waiting || PaneOf(window) != Pane::Name;
+    SetCursor(CursorFor(byMode ? CommandState.CursorMode : 0));
+    return true;
+}
+
+LRESULT HandlePaneMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_CREATE:
+        NumberPane(window);
+        return 0;
+    case WM_COMMAND:
+        DispatchCommand(CommandOf(wParam));
+        return 0;
+    case WM_PAINT:
+        PaintWindow(window);
+        return 0;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+        ScrollMessage(PaneOf(window), message == WM_HSCROLL ? ScrollBar::Horizontal : ScrollBar::Vertical,
+                      static_cast<ScrollCode>(LOWORD(wParam)), HIWORD(wParam));
+        return 0;
+    case WM_SIZE: {
+        LRESULT result = DefWindowProcA(window, message, wParam, lParam);
+        PaneResized(PaneOf(window));
+        return result;
+    }
+    case WM_SETCURSOR:
+        if (ShowCursorOver(window, lParam)) return TRUE;
+        break;
+    case WM_DESTROY:
+        ReleasePicture("ReleaseDC Failure in WM_DESTROY");
+        WindowSlot(PaneOf(window)) = nullptr;
+        return 0;
+    default:
+        break;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    LRESULT result = HandlePaneMessage(window, message, wParam, lParam);
+    ReleasePicture("ReleaseDC Failure in MainWndProc");
+    return result;
+}
+
+bool CreatePane(DWORD bars, const PixelRect &place) {
+    HWND window = CreateWindowA(CLASS_NAME, "", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_BORDER | bars,
+                                place.left, place.top, place.right - place.left, place.bottom - place.top,
+                                FrameWindow, nullptr, Instance, nullptr);
+    return window != nullptr;
+}
+
+void Move(HWND window, const PixelRect &place) {
+    MoveWindow(window, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+}
+
+} // namespace
+
+HWND PaneWindow(Pane pane) {
+    return pane == Pane::None ? nullptr : WindowSlot(pane);
+}
+
+bool RegisterPaneClass(HBRUSH background) {
+    WNDCLASSA description = {};
+    // What is drawn depends on the panel's size: a bus value stands in the middle of what can be seen of it.
+    description.style = CS_HREDRAW | CS_VREDRAW;
+    description.lpfnWndProc = MainWndProc;
+    description.cbWndExtra = sizeof(WORD);
+    description.hInstance = Instance;
+    description.hbrBackground = background;
+    description.lpszClassName = CLASS_NAME;
+    return RegisterClassA(&description) != 0;
+}
+
+void PlacePanes(const FrameLayout &layout) {
+    if (!PanesExist()) return;
+    Move(RulerWindow, layout.ruler);
+    Move(NameWindow, layout.names);
+    Move(WaveWindow, layout.waves);
+}
+
+bool OpenWindow() {
+    WindowPlace saved = {};
+    bool isSaved = ReadWindowPlace(NAME_PLACE_KEY, saved);
+    WaveView.NameColumnWidth = InitialNameColumnWidth(isSaved, saved.right - saved.left);
+    FrameLayout layout = LayOutFrame(MeasureFrame());
+    if (CreatePane(0, layout.ruler) && CreatePane(WS_HSCROLL, layout.names) &&
+        CreatePane(WS_HSCROLL | WS_VSCROLL, layout.waves)) {
+        return true;
+    }
+    ProgramError("CreateWindow Failure in OpenWindow");
+    return false;
+}
+
+// --- what the engine asks of the panels ----------------------------------------------------------------
+
+bool PanesExist() {
+    return RulerWindow && NameWindow && WaveWindow;
+}
+
+void InvalidatePane(Pane pane) {
+    // Without a window Windows would repaint all there are.
+    if (HWND window = PaneWindow(pane)) InvalidateRect(window, nullptr, TRUE);
+}
+
+void UpdatePane(Pane pane) {
+    if (HWND window = PaneWindow(pane)) UpdateWindow(window);
+}
+
+void SetPaneScrollBar(Pane pane, ScrollBar bar, int32_t maximum, int32_t position) {
+    HWND window = PaneWindow(pane);
+    if (!window) return;
+    SetScrollRange(window, BarOf(bar), 0, maximum, FALSE);
+    SetScrollPos(window, BarOf(bar), position, TRUE);
+}
+
+int32_t PaneScrollMaximum(Pane pane, ScrollBar bar) {
+    int minimum = 0, maximum = 0;
+    HWND window = PaneWindow(pane);
+    if (window) GetScrollRange(window, BarOf(bar), &minimum, &maximum);
+    return maximum;
+}
+
+void PaneClientSize(Pane pane, int32_t &width, int32_t &height) {
+    RECT client = {};
+    HWND window = PaneWindow(pane);
+    if (window) GetClientRect(window, &client);
+    width = client.right;
+    height = client.bottom;
+}
+
+PixelRect PaneClipBox(Pane) {
+    RECT box = {};
+    if (!PictureDC || GetClipBox(PictureDC, &box) == ERROR) return {0, 0, 0, 0};
+    return {box.left, box.top, box.right, box.bottom};
+}
+
+FontMetrics MainFontMetrics() {
+    HDC context = GetDC(nullptr);
+    HGDIOBJ before = SelectObject(context, MainFont());
+    TEXTMETRICA metrics = {};
+    GetTextMetricsA(context, &metrics);
+    SelectObject(context, before);
+    ReleaseDC(nullptr, context);
+    return {metrics.tmHeight, metrics.tmAveCharWidth};
+}
+
+void SetScreenSize(int32_t width, int32_t height) {
+    screenWidth = width;
+    screenHeight = height;
+}
+
+int32_t ScreenWidth() {
+    return screenWidth;
+}
+
+int32_t ScreenHeight() {
+    return screenHeight;
+}
+
+int32_t ScrollBarWidth() {
+    return GetSystemMetrics(SM_CXVSCROLL);
+}
+
+int32_t FullScreenWidth() {
+    return GetSystemMetrics(SM_CXFULLSCREEN);
+}
+
+double ScreenMagnification() {
+    HDC context = GetDC(nullptr);
+    int dpi = GetDeviceCaps(context, LOGPIXELSY);
+    ReleaseDC(nullptr, context);
+    return dpi / ORDINARY_DPI;
+}

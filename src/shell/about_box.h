@@ -1,0 +1,5 @@
+// The About box.
+#pragma once
+
+// Modal.
+void ShowAboutBox();

@@ -1,0 +1,270 @@
+#include "shell/commands.h"
+
+#include "display/composition.h"
+#include "display/cursor_readout.h"
+#include "display/panes.h"
+#include "display/rows.h"
+#include "display/wave_view.h"
+#include "document/document.h"
+#include "edit/expand_bus.h"
+#include "editlog/edit_log.h"
+#include "shell/about_box.h"
+#include "shell/frame.h"
+#include "store/pattern_store.h"
+#include <cstdio>
+
+CommandStateRecord CommandState;
+
+namespace {
+
+// --- the table ------------------------------------------------------------------------------------------
+
+bool Always() {
+    return true;
+}
+
+bool RowIsSelected() {
+    return WaveView.RowCount > 0 && WaveView.SelectRow < WaveView.RowCount;
+}
+
+// For a command that is not built: its menu entry stays gray.
+bool Never() {
+    return false;
+}
+
+struct Command {
+    uint32_t id;
+    // What it runs; null for a command that DispatchCommand handles itself.
+    void (*run)();
+    bool (*allowed)();
+};
+
+// Every menu entry.
+constexpr Command commandTable[] = {
+    {COMMAND_REDRAW, RepaintAll, Always},
+    {COMMAND_ZOOM_IN, nullptr, Never},
+    {COMMAND_ZOOM_OUT, nullptr, Never},
+    {COMMAND_PAN, nullptr, Never},
+    {COMMAND_FULL_FIT, nullptr, Never},
+    {COMMAND_FULL_SCALE, nullptr, Never},
+    {COMMAND_UNDO, nullptr, Never},
+    {COMMAND_REDO, nullptr, Never},
+    {COMMAND_PAGE_SETUP, nullptr, Never},
+    {COMMAND_PRINT, nullptr, Never},
+    {COMMAND_CUSTOMIZE, nullptr, Never},
+    {COMMAND_COPY_EXTERNALS, nullptr, Never},
+    {COMMAND_CONSISTENCY_CHECK, nullptr, Never},
+    {COMMAND_CUT, nullptr, Never},
+    {COMMAND_COPY, nullptr, Never},
+    {COMMAND_PASTE, nullptr, Never},
+    {COMMAND_SHOW, nullptr, Never},
+    {COMMAND_DELETE, nullptr, Never},
+    {COMMAND_NEW_WAVE, nullptr, Never},
+    {COMMAND_DUPLICATE, DuplicateHighlightedRows, RowIsSelected},
+    {COMMAND_HIDE, HideHighlightedRows, RowIsSelected},
+    {COMMAND_EXPAND_BUS, ExpandSelectedBus, BusIsSelected},
+    {COMMAND_NODE_PARAMETERS, nullptr, Never},
+    {COMMAND_SHOW_WAVEFORM_DATA, nullptr, Never},
+    {COMMAND_PLACE_MARK, nullptr, Never},
+    {COMMAND_HIDE_MARK, nullptr, Never},
+    {COMMAND_TIMING_OPTIONS, nullptr, Never},
+    {COMMAND_DISPLAY_OPTIONS, nullptr, Never},
+    {COMMAND_NEXT_CHANGE, nullptr, Never},
+    {COMMAND_TO_MARKER, nullptr, Never},
+    {COMMAND_TO_TIME, nullptr, Never},
+    {COMMAND_TO_START, nullptr, Never},
+    {COMMAND_TO_END, nullptr, Never},
+    {COMMAND_TICK_LEFT, nullptr, Never},
+    {COMMAND_TICK_RIGHT, nullptr, Never},
+    {COMMAND_TEN_LEFT, nullptr, Never},
+    {COMMAND_TEN_RIGHT, nullptr, Never},
+    {COMMAND_INSERT_PATTERN, nullptr, Never},
+    {COMMAND_REMOVE, nullptr, Never},
+    {COMMAND_COLORS, nullptr, Never},
+    {COMMAND_NEW, nullptr, Always},
+    {COMMAND_OPEN, nullptr, Always},
+    {COMMAND_SAVE, nullptr, Always},
+    {COMMAND_SAVE_AS, nullptr, Always},
+    {COMMAND_EXIT, FrameClose, Always},
+    {COMMAND_HELP_CONTENTS, nullptr, Never},
+    {COMMAND_HELP_SEARCH, nullptr, Never},
+    {COMMAND_HELP_ON_HELP, nullptr, Never},
+    {COMMAND_ABOUT, ShowAboutBox, Always},
+    {COMMAND_QUERY_MODE, nullptr, Always},
+    {COMMAND_EDIT_MODE, nullptr, Always},
+};
+
+const Command *FindCommand(uint32_t id) {
+    for (const Command &command : commandTable) {
+        if (command.id == id) return &command;
+    }
+    return nullptr;
+}
+
+void RunCommand(uint32_t id) {
+    const Command *command = FindCommand(id);
+    if (command && command->run) command->run();
+}
+
+// --- the ranges of ids ----------------------------------------------------------------------------------
+
+constexpr uint32_t LAST_SCREEN_COMMAND = 19;
+constexpr uint32_t LAST_VIEW_COMMAND = 49;
+constexpr uint32_t LAST_EXECUTED_COMMAND = 148;
+
+bool IsViewCommand(uint32_t id) {
+    return id >= COMMAND_ZOOM_IN && id <= COMMAND_FULL_SCALE;
+}
+
+void EndSavedViewCommand() {
+    if (!CommandState.ViewCommandSaved) return;
+    CommandState.CommandPhase = PHASE_ENDING;
+    ViewCommand(CommandState.CurrentCommand);
+}
+
+void RunScreenCommand(uint32_t id) {
+    EndSavedViewCommand();
+    CommandState.CursorMode = CURSOR_QUERY;
+    if (PanesExist()) RunCommand(id);
+    CommandState.CommandPhase = PHASE_IDLE;
+    FinishCommand();
+}
+
+// The steps of one pass of a change of the command in force: ends what stands, or starts the new command.
+// `before` is the command that was in force before this one.
+void RunModePass(uint16_t before) {
+    if (CommandState.CurrentCommand != 0) CommandState.CursorMode = CURSOR_QUERY;
+    if (IsViewCommand(CommandState.CurrentCommand)) {
+        ViewCommand(CommandState.CurrentCommand);
+        CommandState.CommandPhase = PHASE_ENDING;
+        CommandState.CursorMode = CURSOR_QUERY;
+    }
+    switch (CommandState.CurrentCommand) {
+    case COMMAND_NEW:
+    case COMMAND_OPEN:
+        OpenDocument("", CommandState.CurrentCommand == COMMAND_NEW);
+        break;
+    case COMMAND_SAVE:
+    case COMMAND_SAVE_AS:
+        SaveDocument(CommandState.CurrentCommand == COMMAND_SAVE_AS);
+        break;
+    default:
+        FinishCommand();
+        return;
+    }
+    CommandState.CurrentCommand = before;
+    FinishCommand();
+}
+
+void ChangeCommand(uint32_t id) {
+    CommandState.CommandPhase = PHASE_ENDING;
+    RunModePass(0);
+    uint16_t before = CommandState.CurrentCommand;
+    CommandState.CurrentCommand = static_cast<uint16_t>(id);
+    PromptSubstitute[0] = '\0';
+    CommandState.CommandPhase = PHASE_STARTING;
+    RunModePass(before);
+}
+
+void DispatchById(uint32_t id) {
+    if (id >= 1 && id <= LAST_SCREEN_COMMAND) {
+        RunScreenCommand(id);
+    } else if (id > LAST_SCREEN_COMMAND && id <= LAST_VIEW_COMMAND) {
+        CommandState.CommandPhase = PHASE_STARTING;
+        ViewCommand(id);
+    } else if (id > LAST_VIEW_COMMAND && id <= LAST_EXECUTED_COMMAND) {
+        EndSavedViewCommand();
+        CommandState.CursorMode = CURSOR_QUERY;
+        ExecuteCommand(id);
+    } else if (id >= COMMAND_EXIT && id <= COMMAND_ABOUT && id != COMMAND_CANCEL) {
+        RunCommand(id);
+    } else {
+        ChangeCommand(id);
+    }
+}
+
+} // namespace
+
+void InitCommands() {
+    CommandState = {};
+    CommandState.CursorMode = CURSOR_QUERY;
+}
+
+void DispatchCommand(int32_t id) {
+    ShowErrorStrip(nullptr);
+    if (id >= 0) DispatchById(static_cast<uint32_t>(id));
+    UpdateCommands();
+    if (CommandState.CurrentCommand == 0) SetPrompt("Select A Command.  F1 for Help");
+}
+
+void ViewCommand(uint32_t id) {
+    auto &saved = CommandState.SavedViewState;
+    switch (CommandState.CommandPhase) {
+    case PHASE_STARTING:
+        if (!CommandState.ViewCommandSaved) {
+            saved.ZoomCentre = WaveView.ZoomCentre;
+            saved.ZoomAnchor = WaveView.ZoomAnchor;
+            saved.ZoomPhase = WaveView.ZoomPhase;
+            saved.running.CurrentCommand = CommandState.CurrentCommand;
+            snprintf(saved.running.substitute, PROMPT_SIZE, "%s", PromptSubstitute);
+            CommandState.ViewCommandSaved = true;
+        }
+        CommandState.CurrentCommand = static_cast<uint16_t>(id);
+        break;
+    case PHASE_PASTING:
+    case PHASE_ENDING: {
+        if (!CommandState.ViewCommandSaved) break;
+        uint16_t phase = CommandState.CommandPhase;
+        WaveView.ZoomCentre = saved.ZoomCentre;
+        WaveView.ZoomAnchor = saved.ZoomAnchor;
+        WaveView.ZoomPhase = saved.ZoomPhase;
+        CommandState.CurrentCommand = saved.running.CurrentCommand;
+        snprintf(PromptSubstitute, PROMPT_SIZE, "%s", saved.running.substitute);
+        CommandState.ViewCommandSaved = false;
+        SetPrompt("");
+        CommandState.CommandPhase = PHASE_IDLE;
+        FinishCommand();
+        CommandState.CommandPhase = phase;
+        break;
+    }
+    default:
+        CommandState.CursorMode = CURSOR_ZOOM;
+        break;
+    }
+}
+
+void ExecuteCommand(uint32_t id) {
+    CommandState.CommandPhase = PHASE_IDLE;
+    int held = LogHoldOpen(1);
+    RunCommand(id);
+    FinishCommand();
+    LogHoldOpen(held);
+}
+
+void FinishCommand() {
+    int held = LogHoldOpen(1);
+    bool edit = CommandState.CurrentCommand == COMMAND_EDIT_MODE;
+    if (!edit) CommandState.CurrentCommand = COMMAND_QUERY_MODE;
+    SetEditMode(edit);
+    LogEndAction();
+    LogHoldOpen(held);
+}
+
+void SetEditMode(bool edit) {
+    CommandState.CursorMode = edit ? CURSOR_SELECT : CURSOR_QUERY;
+    if (PanesExist()) ShowCursorReadout();
+}
+
+bool CommandIsBuilt(uint32_t id) {
+    const Command *command = FindCommand(id);
+    return command && command->allowed != Never;
+}
+
+bool CommandIsAllowed(uint32_t id) {
+    const Command *command = FindCommand(id);
+    return command && command->allowed();
+}
+
+void UpdateCommands() {
+    for (const Command &command : commandTable) EnableCommand(command.id, command.allowed());
+}

@@ -1,0 +1,69 @@
+// Where the program begins, and its one message loop.
+
+#include "config/paths.h"
+#include "document/document.h"
+#include "document/startup.h"
+#include "shell/commands.h"
+#include "shell/frame.h"
+#include "shell/frame_win.h"
+#include "shell/reporting.h"
+#include <commctrl.h>
+
+HINSTANCE Instance = nullptr;
+
+namespace {
+
+// The keys that work everywhere, and those that a dialog with the focus keeps for itself.
+HACCEL mainKeys = nullptr;
+HACCEL specialKeys = nullptr;
+
+void LoadKeys() {
+    mainKeys = LoadAcceleratorsA(Instance, "Main");
+    if (!mainKeys) ProgramError("LoadAccelerators Failed in InitWavesInst");
+    specialKeys = LoadAcceleratorsA(Instance, "Special");
+    if (!specialKeys) ProgramError("LoadAccelerators Special Failed in InitWavesInst");
+}
+
+bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *commandLine, int show) {
+    Instance = instance;
+    InitCommands();
+    PrepareApplication(commandLine);
+    LoadKeys();
+    if (!InitWavesInst(previous, show)) return false;
+    ReadHelpDirectory();
+    return RunAfterCreate() == 0;
+}
+
+bool TranslateKeys(HACCEL keys, MSG *message) {
+    return FrameWindow && TranslateAcceleratorA(FrameWindow, keys, message);
+}
+
+// A floating dialog that is active gets its keyboard.
+bool TakenByDialog(MSG *message) {
+    HWND active = GetActiveWindow();
+    if (!active || active == PromptWindow || active == TextWindow || active == FrameWindow) return false;
+    return IsDialogMessageA(active, message);
+}
+
+int RunMessages() {
+    MSG message = {};
+    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+        if (TranslateKeys(mainKeys, &message) || TakenByDialog(&message) ||
+            TranslateKeys(specialKeys, &message)) {
+            continue;
+        }
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+} // namespace
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int show) {
+    InitCommonControls();
+    if (StartApplication(instance, previous, commandLine, show)) return RunMessages();
+    ReleaseDocument();
+    ReleaseWindows();
+    return 0;
+}

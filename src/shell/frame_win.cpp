@@ -1,0 +1,294 @@
+#include "shell/frame_win.h"
+
+#include "config/settings.h"
+#include "display/composition.h"
+#include "display/panes_win.h"
+#include "display/surface_win.h"
+#include "display/wave_view.h"
+#include "document/document.h"
+#include "shell/commands.h"
+#include "shell/frame.h"
+#include "shell/frame_layout.h"
+#include "shell/message_window_win.h"
+#include "shell/prompt_win.h"
+#include "shell/reporting.h"
+#include "shell/splitter_win.h"
+#include "shell/text_window_win.h"
+#include "shell/window_positions.h"
+#include <windowsx.h>
+
+HWND FrameWindow = nullptr;
+HWND PromptWindow = nullptr;
+HWND TextWindow = nullptr;
+
+namespace {
+
+HICON frameIcon = nullptr;
+HCURSOR zoomCursor = nullptr;
+HCURSOR selectCursor = nullptr;
+HCURSOR queryCursor = nullptr;
+HCURSOR resizeCursor = nullptr;
+
+// --- places ---------------------------------------------------------------------------------------------
+
+void ReadScreenSize() {
+    HDC context = GetDC(nullptr);
+    if (!context) {
+        ProgramError("GetDC Failure in CREATE");
+        return;
+    }
+    SetScreenSize(GetDeviceCaps(context, HORZRES), GetDeviceCaps(context, VERTRES));
+    if (!ReleaseDC(nullptr, context)) ProgramError("ReleaseDC Failure in CREATE");
+}
+
+void StorePlace(HWND window, const char *key) {
+    WINDOWPLACEMENT placement = {};
+    placement.length = sizeof placement;
+    if (!window || !GetWindowPlacement(window, &placement)) return;
+    const RECT &place = placement.rcNormalPosition;
+    StoreWindowPlace(key, {place.left, place.top, place.right, place.bottom});
+}
+
+void StorePlaces() {
+    StorePlace(FrameWindow, FRAME_PLACE_KEY);
+    StorePlace(TextWindow, TEXT_PLACE_KEY);
+    StorePlace(PaneWindow(Pane::Name), NAME_PLACE_KEY);
+}
+
+// --- the window procedure -------------------------------------------------------------------------------
+
+void RemoveErrorStrip() {
+    ShowErrorStrip(nullptr);
+}
+
+// True for a change of place that leaves everything as it is.
+bool NothingMoved(const WINDOWPOS &change) {
+    constexpr UINT all = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
+    return (change.flags & all) == all && !(change.flags & SWP_HIDEWINDOW);
+}
+
+void CloseFrame() {
+    DispatchCommand(0);
+    if (!QuerySaveChanges(true)) return;
+    StorePlaces();
+    ReleaseDocument();
+    ReleaseWindows();
+}
+
+void EndSession() {
+    StorePlaces();
+    ReleaseDocument();
+}
+
+LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_CREATE:
+        FrameWindow = window;
+        ReadScreenSize();
+        return 0;
+    case WM_DESTROY:
+        FrameWindow = nullptr;
+        PostQuitMessage(0);
+        return 0;
+    case WM_COMMAND:
+        DispatchCommand(CommandOf(wParam));
+        return 0;
+    case WM_INITMENU:
+        UpdateCommands();
+        return 0;
+    case WM_CLOSE:
+        CloseFrame();
+        return 0;
+    case WM_QUERYENDSESSION:
+        DispatchCommand(0);
+        return QuerySaveChanges(true);
+    case WM_ENDSESSION:
+        if (wParam) EndSession();
+        return 0;
+    case WM_LBUTTONDOWN:
+        SplitterPress(window, GET_X_LPARAM(lParam));
+        return 0;
+    case WM_MOUSEMOVE:
+        SplitterMove(window, GET_X_LPARAM(lParam));
+        return 0;
+    case WM_LBUTTONUP:
+        SplitterRelease(window);
+        return 0;
+    case WM_CAPTURECHANGED:
+        SplitterCancel();
+        return 0;
+    case WM_MOVE:
+    case WM_MOUSEACTIVATE:
+        RemoveErrorStrip();
+        break;
+    case WM_SIZE:
+        RemoveErrorStrip();
+        if (wParam != SIZE_RESTORED && wParam != SIZE_MAXIMIZED) break;
+        LayOutFrameWindow();
+        InvalidateRect(window, nullptr, TRUE);
+        break;
+    case WM_WINDOWPOSCHANGED:
+        if (!NothingMoved(*reinterpret_cast<const WINDOWPOS *>(lParam))) RemoveErrorStrip();
+        break;
+    default:
+        break;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK BackWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    LRESULT result = HandleFrameMessage(window, message, wParam, lParam);
+    ReleasePicture("ReleaseDC Failure in BackWndProc");
+    return result;
+}
+
+// --- making the windows ----------------------------------------------------------------------------------
+
+HCURSOR LoadOwnCursor(const char *name) {
+    return static_cast<HCURSOR>(LoadImageA(Instance, name, IMAGE_CURSOR, 0, 0, LR_DEFAULTSIZE));
+}
+
+void LoadCursors() {
+    zoomCursor = LoadOwnCursor("zoom");
+    selectCursor = LoadOwnCursor("select");
+    queryCursor = LoadOwnCursor("query");
+    resizeCursor = LoadOwnCursor("resize");
+}
+
+bool RegisterFrameClass(HBRUSH background) {
+    frameIcon = LoadIconA(Instance, "icon");
+    WNDCLASSEXA description = {};
+    description.cbSize = sizeof description;
+    description.style = CS_BYTEALIGNWINDOW;
+    description.lpfnWndProc = BackWndProc;
+    description.hInstance = Instance;
+    description.hIcon = frameIcon;
+    description.hIconSm =
+        static_cast<HICON>(LoadImageA(Instance, "icon", IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
+                                      GetSystemMetrics(SM_CYSMICON), LR_SHARED));
+    description.hCursor = resizeCursor;
+    description.hbrBackground = background;
+    description.lpszMenuName = "Main";
+    description.lpszClassName = APPLICATION_TITLE;
+    return RegisterClassExA(&description) != 0;
+}
+
+bool RegisterClasses() {
+    HBRUSH background = SolidBrush(ColorSettings[Background]);
+    return RegisterFrameClass(background) && RegisterPromptClass() && RegisterPaneClass(background);
+}
+
+void CreateFrameWindow() {
+    constexpr DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+    ReadScreenSize();
+    WindowPlace place = {};
+    if (!ReadWindowPlace(FRAME_PLACE_KEY, place)) {
+        CreateWindowA(APPLICATION_TITLE, APPLICATION_TITLE, style, CW_USEDEFAULT, 0, CW_USEDEFAULT, 0,
+                      nullptr, nullptr, Instance, nullptr);
+        return;
+    }
+    place = FitToScreen(
+        place, {ScreenWidth(), ScreenHeight(), GetSystemMetrics(SM_CXSIZE), GetSystemMetrics(SM_CYCAPTION)});
+    CreateWindowA(APPLICATION_TITLE, APPLICATION_TITLE, style, place.left, place.top,
+                  place.right - place.left, place.bottom - place.top, nullptr, nullptr, Instance, nullptr);
+}
+
+HMENU FrameMenu() {
+    return FrameWindow ? GetMenu(FrameWindow) : nullptr;
+}
+
+} // namespace
+
+bool InitWavesInst(HINSTANCE previous, int show) {
+    LoadCursors();
+    if (!previous && !RegisterClasses()) return false;
+    CreateFrameWindow();
+    if (!FrameWindow) return false;
+    PromptWindow = CreatePromptWindow(FrameWindow);
+    TextWindow = CreateTextWindow(FrameWindow);
+    CreateMessageWindow(FrameWindow);
+    UpdateCommands();
+    ShowWindow(FrameWindow, show);
+    UpdateWindow(FrameWindow);
+    return true;
+}
+
+FrameMeasures MeasureFrame() {
+    RECT client = {};
+    if (FrameWindow) GetClientRect(FrameWindow, &client);
+    return {client.right, client.bottom, PromptHeight(), WaveView.RulerHeight, WaveView.NameColumnWidth};
+}
+
+void LayOutFrameWindow() {
+    FrameLayout layout = LayOutFrame(MeasureFrame());
+    PlacePanes(layout);
+    if (!PromptWindow) return;
+    const PixelRect &prompt = layout.prompt;
+    MoveWindow(PromptWindow, prompt.left, prompt.top, prompt.right - prompt.left, prompt.bottom - prompt.top,
+               TRUE);
+    InvalidateRect(PromptWindow, nullptr, TRUE);
+    UpdateWindow(PromptWindow);
+}
+
+HCURSOR CursorFor(int mode) {
+    if (mode == CURSOR_WAIT) return LoadCursorA(nullptr, IDC_WAIT);
+    if (mode & CURSOR_ZOOM) return zoomCursor;
+    if (mode & CURSOR_SELECT) return selectCursor;
+    if (mode & CURSOR_QUERY) return queryCursor;
+    return LoadCursorA(nullptr, IDC_ARROW);
+}
+
+// --- what the engine asks of the main window -----------------------------------------------------------
+
+void FrameSetTitle(const char *title) {
+    if (FrameWindow) SetWindowTextA(FrameWindow, title);
+}
+
+void FrameInvalidate() {
+    if (FrameWindow)
+        RedrawWindow(FrameWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void EnableCommand(uint32_t id, bool on) {
+    HMENU menu = FrameMenu();
+    if (!menu) return;
+    // An entry whose command does nothing yet stays gray, whoever asks.
+    bool enabled = on && CommandIsBuilt(id);
+    EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
+}
+
+void PostCommand(uint32_t id) {
+    if (FrameWindow) PostMessageA(FrameWindow, WM_COMMAND, id, 0);
+}
+
+void ShowWaitCursor() {
+    SetCursor(LoadCursorA(nullptr, IDC_WAIT));
+}
+
+void FrameClose() {
+    if (FrameWindow) PostMessageA(FrameWindow, WM_CLOSE, 0, 0);
+}
+
+void FrameToFront() {
+    if (!FrameWindow) return;
+    if (IsIconic(FrameWindow)) {
+        SendMessageA(FrameWindow, WM_SYSCOMMAND, SC_RESTORE, 0);
+        return;
+    }
+    HWND popup = GetLastActivePopup(FrameWindow);
+    SetForegroundWindow(FrameWindow);
+    if (popup != FrameWindow) SetForegroundWindow(popup);
+}
+
+void ReleaseWindows() {
+    DestroyTextWindow();
+    TextWindow = nullptr;
+    if (FrameWindow) DestroyWindow(FrameWindow);
+    PromptWindow = nullptr;
+    ReleaseGraphicObjects();
+    SetCursor(LoadCursorA(nullptr, IDC_WAIT));
+    for (HCURSOR *cursor : {&zoomCursor, &selectCursor, &queryCursor, &resizeCursor}) {
+        if (*cursor) DestroyCursor(*cursor);
+        *cursor = nullptr;
+    }
+}

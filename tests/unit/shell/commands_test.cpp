@@ -1,0 +1,270 @@
+#include "shell/commands.h"
+
+#include "display/panes.h"
+#include "display/rows.h"
+#include "display/wave_view.h"
+#include "document/document.h"
+#include "editlog/edit_log.h"
+#include "headless/dialogs.h"
+#include "headless/headless.h"
+#include "store/pattern_store.h"
+#include "unit/support/fresh_store.h"
+#include <algorithm>
+#include <map>
+
+namespace {
+
+class Commands : public FreshStore {
+protected:
+    void SetUp() override {
+        FreshStore::SetUp();
+        InitHeadlessDialogs();
+        InitCommands();
+        Headless.panesExist = true;
+        DisplayOpen = 1;
+    }
+
+    // A row per pattern; the last one is selected alone.
+    static void ShowRows(const std::vector<const char *> &names) {
+        for (const char *name : names) ShowWaveByName(name);
+        SelectRowOnly(WaveView.RowCount - 1, true);
+    }
+    static std::map<uint32_t, bool> MenuState() {
+        Headless.enabledCommands.clear();
+        UpdateCommands();
+        return {Headless.enabledCommands.begin(), Headless.enabledCommands.end()};
+    }
+    static size_t Repaints() {
+        return static_cast<size_t>(
+            std::count(Headless.invalidated.begin(), Headless.invalidated.end(), Pane::Wave));
+    }
+};
+
+} // namespace
+
+TEST_F(Commands, StartWithNoCommandAndTheQueryCursor) {
+    EXPECT_EQ(CommandState.CurrentCommand, 0);
+    EXPECT_EQ(CommandState.CommandPhase, PHASE_IDLE);
+    EXPECT_EQ(CommandState.CursorMode, CURSOR_QUERY);
+}
+
+TEST_F(Commands, EditModeHoldsOnAfterATransientCommand) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+    EXPECT_EQ(CommandState.CursorMode, CURSOR_SELECT);
+    DispatchCommand(COMMAND_HIDE);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+}
+
+TEST_F(Commands, QueryModeFollowsATransientCommandFromNowhere) {
+    DispatchCommand(COMMAND_HIDE);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+    EXPECT_EQ(CommandState.CursorMode, CURSOR_QUERY);
+}
+
+TEST_F(Commands, QueryAndEditModeReplaceEachOther) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_QUERY_MODE);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+    EXPECT_EQ(CommandState.CursorMode, CURSOR_QUERY);
+    DispatchCommand(COMMAND_EDIT_MODE);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+}
+
+TEST_F(Commands, CtrlDOnlyEndsWhatRuns) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_CANCEL);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+TEST_F(Commands, EveryCommandRemovesTheErrorStripFirst) {
+    for (int id : {-2, 0, COMMAND_REDRAW, COMMAND_HIDE, COMMAND_ABOUT, COMMAND_QUERY_MODE}) {
+        Headless.strips.clear();
+        DispatchCommand(id);
+        ASSERT_FALSE(Headless.strips.empty()) << id;
+        EXPECT_EQ(Headless.strips.front(), "") << id;
+    }
+}
+
+TEST_F(Commands, WithoutACommandInForceThePromptAsksForOne) {
+    DispatchCommand(-2);
+    EXPECT_STREQ(PromptText, "Select A Command.  F1 for Help");
+    DispatchCommand(COMMAND_ABOUT);
+    EXPECT_STREQ(PromptText, "Select A Command.  F1 for Help");
+    DispatchCommand(COMMAND_QUERY_MODE);
+    EXPECT_STRNE(PromptText, "Select A Command.  F1 for Help");
+}
+
+TEST_F(Commands, ClosingEndsEditMode) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(0);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+}
+
+TEST_F(Commands, ANewCommandClearsThePromptSubstitute) {
+    snprintf(PromptSubstitute, PROMPT_SIZE, "CLK");
+    DispatchCommand(COMMAND_QUERY_MODE);
+    EXPECT_STREQ(PromptSubstitute, "");
+}
+
+TEST_F(Commands, ExitAsksTheMainWindowToClose) {
+    DispatchCommand(COMMAND_EXIT);
+    EXPECT_EQ(Headless.frameCloses, 1);
+}
+
+TEST_F(Commands, AboutShowsTheBoxAndKeepsTheMode) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_ABOUT);
+    EXPECT_EQ(HeadlessDialogs.aboutBoxes, 1);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+}
+
+TEST_F(Commands, CommandsThatAreNotBuiltDoNothing) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    for (int id : {COMMAND_UNDO, COMMAND_PASTE, COMMAND_TO_END, COMMAND_HELP, COMMAND_HELP_CONTENTS}) {
+        DispatchCommand(id);
+        EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE) << id;
+    }
+    DispatchCommand(1280);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+}
+
+// --- the document's commands ------------------------------------------------------------------------------
+
+TEST_F(Commands, OpenAsksForAFileAndReturnsToTheModeBefore) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_OPEN);
+    ASSERT_EQ(Headless.fileQuestions.size(), 1u);
+    EXPECT_EQ(Headless.fileQuestions[0].label, "Stimulus Files");
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+}
+
+TEST_F(Commands, NewMakesAnUntitledDocumentWithoutAQuestion) {
+    MakePattern("CLK", {{0, 10}});
+    DispatchCommand(COMMAND_NEW);
+    EXPECT_TRUE(Headless.fileQuestions.empty());
+    EXPECT_EQ(HighestPatternId, 0);
+    ASSERT_FALSE(Headless.titles.empty());
+    EXPECT_EQ(Headless.titles.back(), "Kelvane - <untitled>");
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+}
+
+TEST_F(Commands, SaveWritesTheDocumentUnderItsName) {
+    ScratchDirectory directory;
+    snprintf(DocumentPath, sizeof DocumentPath, "%s", directory.file("plain.wdl").c_str());
+    DispatchCommand(COMMAND_SAVE);
+    EXPECT_TRUE(Headless.fileQuestions.empty());
+    EXPECT_TRUE(CanAccessFile(directory.file("plain.wdl").c_str(), FileAccess::Read));
+    EXPECT_EQ(Headless.strips.back(), "File successfully saved");
+}
+
+TEST_F(Commands, SaveAsAsksForTheName) {
+    ScratchDirectory directory;
+    snprintf(DocumentPath, sizeof DocumentPath, "%s", directory.file("plain.wdl").c_str());
+    Headless.fileAnswers.push_back(directory.file("other.wdl"));
+    DispatchCommand(COMMAND_SAVE_AS);
+    ASSERT_EQ(Headless.fileQuestions.size(), 1u);
+    EXPECT_EQ(Headless.fileQuestions[0].path, "plain.wdl");
+    EXPECT_TRUE(CanAccessFile(directory.file("other.wdl").c_str(), FileAccess::Read));
+    EXPECT_FALSE(CanAccessFile(directory.file("plain.wdl").c_str(), FileAccess::Read));
+}
+
+// --- rows
+// ---------------------------------------------------------------------------------------------------
+
+TEST_F(Commands, HideAndDuplicateActOnTheHighlightedRows) {
+    MakePattern("A", {{0, 10}});
+    MakePattern("B", {{1, 10}});
+    ShowRows({"A", "B"});
+    DispatchCommand(COMMAND_DUPLICATE);
+    EXPECT_EQ(WaveView.RowCount, 3u);
+    DispatchCommand(COMMAND_HIDE);
+    EXPECT_EQ(WaveView.RowCount, 2u);
+}
+
+TEST_F(Commands, ExpandBusShowsItsBits) {
+    MakePattern("D[1:0]", {{2, 10}});
+    ShowRows({"D[1:0]"});
+    DispatchCommand(COMMAND_EXPAND_BUS);
+    ASSERT_EQ(WaveView.RowCount, 3u);
+    EXPECT_STREQ(PatternFromId(WaveRows[1].PatternId)->name(), "D1");
+}
+
+// --- what may be chosen
+// -------------------------------------------------------------------------------------
+
+TEST_F(Commands, OnlyWhatIsBuiltIsEnabledWithoutASelection) {
+    std::vector<uint32_t> enabled;
+    for (auto [id, on] : MenuState())
+        if (on) enabled.push_back(id);
+    EXPECT_EQ(enabled,
+              (std::vector<uint32_t>{COMMAND_REDRAW, COMMAND_NEW, COMMAND_OPEN, COMMAND_SAVE, COMMAND_SAVE_AS,
+                                     COMMAND_EXIT, COMMAND_ABOUT, COMMAND_QUERY_MODE, COMMAND_EDIT_MODE}));
+}
+
+TEST_F(Commands, HideAndDuplicateNeedASelectedRow) {
+    MakePattern("A", {{0, 10}});
+    ShowRows({"A"});
+    EXPECT_TRUE(MenuState()[COMMAND_HIDE]);
+    EXPECT_TRUE(MenuState()[COMMAND_DUPLICATE]);
+    WaveView.SelectRow = NO_ROW;
+    EXPECT_FALSE(MenuState()[COMMAND_HIDE]);
+    EXPECT_FALSE(MenuState()[COMMAND_DUPLICATE]);
+}
+
+TEST_F(Commands, ExpandBusNeedsABusOfItsOwn) {
+    MakePattern("A", {{0, 10}});
+    uint16_t bus = MakePattern("D[1:0]", {{2, 10}});
+    ShowRows({"D[1:0]", "A"});
+    EXPECT_FALSE(MenuState()[COMMAND_EXPAND_BUS]);
+    WaveView.SelectRow = 0;
+    EXPECT_TRUE(MenuState()[COMMAND_EXPAND_BUS]);
+    PatternFromId(bus)->setKind(PatternKind::Reference);
+    EXPECT_FALSE(MenuState()[COMMAND_EXPAND_BUS]);
+}
+
+TEST_F(Commands, ACommandUpdatesTheMenu) {
+    MakePattern("A", {{0, 10}});
+    ShowRows({"A"});
+    DispatchCommand(COMMAND_HIDE);
+    std::map<uint32_t, bool> last(Headless.enabledCommands.begin(), Headless.enabledCommands.end());
+    for (auto [id, on] : Headless.enabledCommands) last[id] = on;
+    EXPECT_FALSE(last[COMMAND_HIDE]);
+    EXPECT_TRUE(last[COMMAND_SAVE]);
+}
+
+// --- view commands interrupt others
+// -------------------------------------------------------------------------
+
+TEST_F(Commands, AViewCommandInterruptsTheModeAndGivesItBack) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_ZOOM_IN);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_ZOOM_IN);
+    EXPECT_TRUE(CommandState.ViewCommandSaved);
+    DispatchCommand(COMMAND_PAN);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_PAN);
+    DispatchCommand(COMMAND_DELETE);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+    EXPECT_FALSE(CommandState.ViewCommandSaved);
+}
+
+TEST_F(Commands, ARedrawEndsAViewCommand) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    WaveView.ZoomPhase = 0;
+    DispatchCommand(COMMAND_FULL_FIT);
+    WaveView.ZoomPhase = 1;
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+    EXPECT_EQ(WaveView.ZoomPhase, 0);
+}
+
+TEST_F(Commands, AChangeOfModeEndsAViewCommandFirst) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_ZOOM_OUT);
+    DispatchCommand(COMMAND_QUERY_MODE);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+    EXPECT_FALSE(CommandState.ViewCommandSaved);
+}
