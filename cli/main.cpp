@@ -10,7 +10,12 @@ int Parse(CLI::App &program, int argc, char **argv, int &status) {
     } catch (const CLI::ParseError &error) {
         // A question about the program itself was answered, unless this is wrong usage.
         if (error.get_exit_code() == 0) return program.exit(error);
-        PrintError("kelvane-cli", error.what());
+        const char *word = argc > 1 ? argv[1] : "-";
+        if (program.get_subcommands().empty() && word[0] != '-') {
+            PrintError("kelvane-cli", std::string("unknown command \"") + word + "\"");
+        } else {
+            PrintError("kelvane-cli", error.what());
+        }
         return EXIT_BAD_USAGE;
     }
     return status;
