@@ -31,7 +31,7 @@ void OGXEDACopyContextPath(DesignContext, const char *key, char *buffer) {
     char path[MAX_PATH_SIZE] = "";
     if (strcmp(key, "config") == 0) ConfigurationPath(path);
     if (strcmp(key, "bin") == 0) ProgramDirectory(path, sizeof path);
-    strcpy(buffer, path);
+    snprintf(buffer, sizeof path, "%s", path);
 }
 
 void OGXEDACopyContextSymbol(DesignContext, const char *, char *buffer) {

@@ -128,7 +128,7 @@ TEST_F(Walker, DeliversARepeatForeverUpToTheWindowsEnd) {
     AddReference(id, {.id = inner, .repeat = REPEAT_FOREVER});
     EXPECT_EQ(WalkText(id, {.to = 25}), "0-7=0 7-12=1 12-17=0 17-22=1 22-27=0L");
     EXPECT_EQ(PatternDuration(PatternFromId(id)), TIME_FOREVER);
-    EXPECT_EQ(WalkText(id, {.from = 4000000000u, .to = 4000000001u}), "3999999997-4000000002=0L");
+    EXPECT_EQ(WalkText(id, {.from = 4000000000u, .to = 4000000001u}), "3999999997-4000000002=1L");
 }
 
 TEST_F(Walker, ReachesTheEndOfTime) {

@@ -136,7 +136,8 @@ TEST_F(Statements, ABusOf33MembersGivesNoRecordAndNoErrorByItself) {
 }
 
 TEST_F(Statements, NewNodesFollowAutoAssign) {
-    EXPECT_EQ(FirstError("%AUTOASSIGN = 0;\na = ;\n%AUTOASSIGN = 1;\nb = ;\n$p = ;\nc { Default } = ;\n"), "");
+    EXPECT_EQ(FirstError("%AUTOASSIGN = 0;\na = ;\n%AUTOASSIGN = 1;\nb = ;\n$p = ;\nc { Default } = ;\n"),
+              "");
     EXPECT_EQ(Named("a").clock(), 0u);
     EXPECT_EQ(Named("b").clock(), 1u);
     EXPECT_EQ(Named("$p").clock(), 0u);
