@@ -18,7 +18,10 @@ void ConfigurationPath(char (&path)[MAX_PATH_SIZE]) {
         if (!user[0] || snprintf(path, sizeof path, "%s%cKelvane", user, PathSeparator) >= MAX_PATH_SIZE)
             path[0] = '\0';
     }
-    if (path[0] && !MakeDirectory(path)) path[0] = '\0';
+    // The current directory changes while the program runs.
+    char full[MAX_PATH_SIZE];
+    bool made = FullPath(path, full) && MakeDirectory(full);
+    snprintf(path, sizeof path, "%s", made ? full : "");
 }
 
 } // namespace
