@@ -26,13 +26,8 @@ endif()
 
 # --- kelvane-cli --------------------------------------------------------------------------------------
 file(GLOB CLI_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/cli/*.cpp)
-# What the sanitizers are to know about the libraries, for each program that they watch.
-set(SANITIZER_OPTIONS)
-if(KELVANE_SANITIZE)
-  set(SANITIZER_OPTIONS ${CMAKE_SOURCE_DIR}/tests/unit/sanitizer_options.cpp)
-endif()
 if(CLI_SOURCES)
-  add_executable(kelvane-cli ${CLI_SOURCES} ${SANITIZER_OPTIONS})
+  add_executable(kelvane-cli ${CLI_SOURCES})
   target_compile_options(kelvane-cli PRIVATE ${WARNINGS})
   target_compile_definitions(kelvane-cli PRIVATE KELVANE_VERSION="${PROJECT_VERSION}")
   target_link_libraries(kelvane-cli PRIVATE kelvane_core)
