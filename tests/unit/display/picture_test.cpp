@@ -101,8 +101,14 @@ TEST_F(Picture, ARangeIsFittedAsByAZoom) {
 TEST_F(Picture, TheWavePaneHasTheWidthAskedFor) {
     PictureRequest request;
     request.width = 1500; // wider than the screen
+    request.fitRange = true;
+    request.to = 1450;
+    SetItemDuration(PatternFromId(low), 0, 1450);
+    PatternFromId(low)->setDurationValid(false);
+    WaveView.SpanEnd = 1450;
     Png png(render("a.png", request));
     EXPECT_EQ(png.width(), names + 3 + 2 + 1500);
+    EXPECT_EQ(png.at(names + 4 + 1440, WaveView.RulerHeight + 1 + RowLow(0)), BLUE);
     request.width = 37;
     EXPECT_EQ(Png(render("a.png", request)).width(), names + 3 + 2 + 37);
 }

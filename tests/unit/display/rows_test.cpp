@@ -267,6 +267,16 @@ TEST_F(RowList, HidingSeveralRowsMeasuresAgainIfTheWidestWasAmongThem) {
     EXPECT_EQ(WaveView.NameTextWidth, WidthOf("MIDDLE"));
 }
 
+TEST_F(RowList, HidingSeveralRowsRemembersThatTheWidestWasTheFirstToGo) {
+    MakeRow("A");
+    MakeRow("MIDDLE");
+    MakeRow("THE_WIDEST_OF_THEM");
+    MeasureNameWidths();
+    Highlight({0, 2});
+    HideHighlightedRows();
+    EXPECT_EQ(WaveView.NameTextWidth, WidthOf("MIDDLE"));
+}
+
 TEST_F(RowList, HidingAllRowsLeavesAnEmptyList) {
     MakeRows(3);
     Highlight({0, 1, 2});
