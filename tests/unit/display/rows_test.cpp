@@ -115,10 +115,16 @@ TEST_F(RowList, WhileADocumentIsReadOnlyTheTableChanges) {
     ShowWaveByName("A");
     AddWaveRow(WaveRows[0].PatternId, 0);
     EXPECT_EQ(RowNames(), (Names{"A", "A"}));
+    Highlight({1});
+    DuplicateHighlightedRows();
+    HideRow(1);
+    EXPECT_EQ(RowNames(), (Names{"A", "A"}));
+    HideHighlightedRows();
+    EXPECT_EQ(RowNames(), Names{"A"});
     EXPECT_TRUE(HeadlessSurface.calls.empty());
+    EXPECT_TRUE(Headless.invalidated.empty());
     EXPECT_EQ(HighlightedRows(), RowSet{});
     EXPECT_EQ(WaveView.NameTextWidth, 0);
-    EXPECT_EQ(WaveView.SelectRow, NO_ROW);
 }
 
 // --- AddWaveRow

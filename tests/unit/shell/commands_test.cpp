@@ -190,7 +190,7 @@ TEST_F(Commands, ExpandBusShowsItsBits) {
     ShowRows({"D[1:0]"});
     DispatchCommand(COMMAND_EXPAND_BUS);
     ASSERT_EQ(WaveView.RowCount, 3u);
-    EXPECT_STREQ(PatternFromId(WaveRows[1].PatternId)->name(), "D1");
+    EXPECT_STREQ(PatternFromId(WaveRows[1].PatternId)->name(), "D[1]");
 }
 
 // --- what may be chosen

@@ -66,9 +66,9 @@ TEST_F(Composites, KeepTheFirst32Members) {
 
 TEST_F(Composites, LoseTheHighestBitsBeyond32) {
     uint16_t a = MakePattern("$a", {{1, 4}});
-    uint16_t w = MakePattern("$w[31:0]", {{0x80000001, 4}});
-    EXPECT_EQ(WalkText(composite("c", {{.id = a}, {.id = w}})), "0-4=2147483649L");
-    EXPECT_EQ(WalkText(composite("d", {{.id = w}, {.id = a}})), "0-4=3L");
+    uint16_t w = MakePattern("$w[31:0]", {{0x80000002, 4}});
+    EXPECT_EQ(WalkText(composite("c", {{.id = a}, {.id = w}})), "0-4=2147483650L");
+    EXPECT_EQ(WalkText(composite("d", {{.id = w}, {.id = a}})), "0-4=5L");
 }
 
 TEST_F(Composites, MaskAValueThatIsTooWide) {
@@ -112,7 +112,33 @@ TEST_F(Composites, PassOverMembersItemsThatTakeNoTime) {
     uint16_t a = MakePattern("$a");
     AddReference(a, {.id = e, .repeat = 65534});
     AddTransition(a, 1, 5);
-    EXPECT_EQ(WalkText(composite("c[1:0]", {{.id = a}, {.id = a}})), "0-5=3L");
+    uint16_t id = composite("c[1:0]", {{.id = a}, {.id = a}});
+    EXPECT_EQ(WalkText(id), "0-5=3L");
+    EXPECT_EQ(WalkText(id, {.from = 3}), "0-5=3L");
+    SetItemRepeat(PatternFromId(a), 0, REPEAT_FOREVER);
+    ValidateDurations();
+    EXPECT_EQ(WalkText(id, {.from = 3, .to = 4}), "0-5=3L");
+    EXPECT_EQ(WalkText(id, {.from = 3}), "0-5=3 5-4294967295=3L");
+}
+
+TEST_F(Composites, BeginBehindADelayWithoutEnd) {
+    uint16_t n = MakePattern("n", {{1, 10}});
+    SetPatternDelay(PatternFromId(n), TIME_FOREVER);
+    EXPECT_EQ(WalkText(composite("c", {{.id = n}}, PatternKind::Reference)), "0-4294967295=0L");
+}
+
+TEST_F(Composites, EndWhenACachedLengthIsOutOfDate) {
+    uint16_t leaf = MakePattern("$p0", {{1, 5}});
+    uint16_t member = leaf;
+    for (int level = 1; level < 6; ++level) {
+        uint16_t outer = MakePattern(("$p" + std::to_string(level)).c_str());
+        AddReference(outer, {.id = member, .repeat = 65534});
+        member = outer;
+    }
+    uint16_t id = composite("c[1:0]", {{.id = member}, {.id = member}});
+    PatternDuration(PatternFromId(id));
+    DeleteItem(PatternFromId(leaf), 0);
+    EXPECT_EQ(WalkText(id), "0-4294967295=0L");
 }
 
 TEST_F(Composites, ShowAMembersDelayAs0) {

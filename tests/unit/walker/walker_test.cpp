@@ -3,6 +3,7 @@
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
+#include "store/state_table.h"
 #include "unit/support/fresh_store.h"
 #include "walk_log.h"
 
@@ -260,6 +261,16 @@ TEST_F(Walker, TakesTheComplementOfABitFromItsStateTable) {
     uint16_t id = Clocked("a", SignalFormat::RC, 10, 50, {{0, 1}, {1, 1}, {2, 1}, {3, 1}});
     EXPECT_EQ(WalkText(id, {.flags = WalkSync}),
               "0-5=0 5-10=1 10-15=1 15-20=0 20-25=2 25-30=0 30-35=3 35-40=0L");
+}
+
+TEST_F(Walker, TakesTheComplementFromTheTableOfTheNode) {
+    StateTable *table = AllocStateTable(2);
+    table->rowCount = 2;
+    table->rows()[0] = {1, 4, 'H', "High", "H"};
+    table->rows()[1] = {0, 4, 'L', "Low", "L"};
+    uint16_t id = MakePattern("a", {{0, 1}, {1, 1}, {2, 1}});
+    SetPatternParams(PatternFromId(id), 1, 0, 4, 10, 50, 0);
+    EXPECT_EQ(WalkText(id, {.flags = WalkSync}), "0-10=0 10-20=1 20-25=2 25-30=1L");
 }
 
 TEST_F(Walker, ExpandsABusWithinItsWidth) {

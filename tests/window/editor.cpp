@@ -1,0 +1,376 @@
+#include "window/editor.h"
+
+#include "window/map_file.h"
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <psapi.h>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+std::string ProgramPath;
+
+namespace {
+
+constexpr DWORD POLL_MILLISECONDS = 20;
+constexpr int FRAME_TEXT_SIZE = 1024;
+
+BOOL CALLBACK CollectWindow(HWND window, LPARAM list) {
+    reinterpret_cast<std::vector<HWND> *>(list)->push_back(window);
+    return TRUE;
+}
+
+std::vector<HWND> ChildrenOf(HWND window) {
+    std::vector<HWND> children;
+    EnumChildWindows(window, CollectWindow, reinterpret_cast<LPARAM>(&children));
+    return children;
+}
+
+bool IsPainted(HWND window) {
+    return !GetUpdateRect(window, nullptr, FALSE);
+}
+
+// A message that is answered only after all that came before it.
+bool Answers(HWND window) {
+    DWORD_PTR result;
+    return SendMessageTimeoutA(window, WM_NULL, 0, 0, SMTO_NORMAL, 20000, &result) != 0;
+}
+
+bool HasInk(const Picture &picture) {
+    for (uint32_t pixel : picture.pixels)
+        if (pixel != picture.pixels[0]) return true;
+    return false;
+}
+
+// Ends with the job every process in it, also those that the program started.
+HANDLE MakeJob() {
+    HANDLE job = CreateJobObjectA(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    return job;
+}
+
+} // namespace
+
+bool WaitFor(const std::function<bool()> &condition, double seconds) {
+    ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(seconds * 1000);
+    while (!condition()) {
+        if (GetTickCount64() > end) return false;
+        Sleep(POLL_MILLISECONDS);
+    }
+    return true;
+}
+
+// --- files ------------------------------------------------------------------------------------------------
+
+TestDirectory::TestDirectory() {
+    char base[MAX_PATH];
+    GetTempPathA(sizeof base, base);
+    for (int n = 0;; ++n) {
+        path =
+            std::string(base) + "kelvane-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(n);
+        if (CreateDirectoryA(path.c_str(), nullptr)) break;
+        if (n > 10000) abort();
+    }
+    CreateDirectoryA(file("config").c_str(), nullptr);
+}
+
+TestDirectory::~TestDirectory() {
+    for (const auto &entry : fs::recursive_directory_iterator(path))
+        SetFileAttributesA(entry.path().string().c_str(), FILE_ATTRIBUTE_NORMAL);
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+}
+
+std::string TestDirectory::write(const std::string &name, const std::string &text) const {
+    std::ofstream(file(name), std::ios::binary) << text;
+    return file(name);
+}
+
+std::string TestDirectory::read(const std::string &name) const {
+    std::ostringstream text;
+    text << std::ifstream(file(name), std::ios::binary).rdbuf();
+    return text.str();
+}
+
+bool TestDirectory::has(const std::string &name) const {
+    return fs::exists(file(name));
+}
+
+// --- windows
+// ------------------------------------------------------------------------------------------------
+
+std::string ClassOf(HWND window) {
+    char text[256] = "";
+    GetClassNameA(window, text, sizeof text);
+    return text;
+}
+
+std::string TextOf(HWND window) {
+    char text[FRAME_TEXT_SIZE] = "";
+    DWORD_PTR length = 0;
+    SendMessageTimeoutA(window, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text), SMTO_NORMAL, 20000,
+                        &length);
+    return text;
+}
+
+RECT PlaceOf(HWND window) {
+    RECT rect = {};
+    GetWindowRect(window, &rect);
+    return rect;
+}
+
+RECT PlaceIn(HWND parent, HWND window) {
+    RECT rect = PlaceOf(window);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT *>(&rect), 2);
+    return rect;
+}
+
+std::string Dialog::title() const {
+    return TextOf(window);
+}
+
+std::string Dialog::text(int id) const {
+    HWND control = GetDlgItem(window, id);
+    return control ? TextOf(control) : "";
+}
+
+void Dialog::click(int id) const {
+    RECT rect = PlaceOf(GetDlgItem(window, id));
+    ClickAt((rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
+}
+
+std::vector<std::string> Dialog::labels() const {
+    std::vector<std::string> texts;
+    for (HWND child : ChildrenOf(window)) {
+        std::string text = TextOf(child);
+        if (!text.empty()) texts.push_back(text);
+    }
+    return texts;
+}
+
+// --- the program
+// ----------------------------------------------------------------------------------------------
+
+Editor::Editor(const TestDirectory &directory, const std::string &arguments) {
+    SetEnvironmentVariableA("KELVANE_CONFIG", directory.file("config").c_str());
+    std::string line = "\"" + ProgramPath + "\"" + (arguments.empty() ? "" : " " + arguments);
+    STARTUPINFOA start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION started = {};
+    job = MakeJob();
+    if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
+                        directory.path.c_str(), &start, &started)) {
+        return;
+    }
+    process = started.hProcess;
+    processId = started.dwProcessId;
+    AssignProcessToJobObject(job, process);
+    ResumeThread(started.hThread);
+    CloseHandle(started.hThread);
+}
+
+Editor::~Editor() {
+    if (process && running()) TerminateProcess(process, 99);
+    CloseHandle(job);
+    if (!process) return;
+    WaitForSingleObject(process, 20000);
+    CloseHandle(process);
+}
+
+std::vector<HWND> Editor::windows() const {
+    std::vector<HWND> all, own;
+    EnumWindows(CollectWindow, reinterpret_cast<LPARAM>(&all));
+    for (HWND window : all) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == processId) own.push_back(window);
+    }
+    return own;
+}
+
+bool Editor::running() const {
+    return process && WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+}
+
+std::optional<DWORD> Editor::ended() {
+    DWORD code = 0;
+    if (!process || WaitForSingleObject(process, 60000) != WAIT_OBJECT_0) return std::nullopt;
+    GetExitCodeProcess(process, &code);
+    return code;
+}
+
+HWND Editor::frame() const {
+    for (HWND window : windows())
+        if (ClassOf(window) == "Kelvane") return window;
+    return nullptr;
+}
+
+std::string Editor::title() const {
+    return TextOf(frame());
+}
+
+HWND Editor::pane(int number) const {
+    HWND main = frame();
+    if (!main) return nullptr;
+    for (HWND child : ChildrenOf(main))
+        if (ClassOf(child) == "SubKelvane" && GetWindowWord(child, 0) == number) return child;
+    return nullptr;
+}
+
+HWND Editor::prompt() const {
+    return frame() ? FindWindowExA(frame(), nullptr, "VRDPROMPT", nullptr) : nullptr;
+}
+
+HWND Editor::strip() const {
+    for (HWND window : windows())
+        if (ClassOf(window) == "Static" && IsWindowVisible(window)) return window;
+    return nullptr;
+}
+
+bool Editor::hasStrip(const std::string &text) const {
+    return WaitFor([&] { return strip() && TextOf(strip()) == text; });
+}
+
+bool Editor::open() {
+    bool stands = WaitFor([&] { return !running() || (pane(3) && IsWindowVisible(pane(3))); });
+    if (!stands || !running()) return false;
+    toFront();
+    return painted();
+}
+
+bool Editor::painted() const {
+    Picture last;
+    return WaitFor([&] {
+        for (HWND window : {pane(1), pane(2), pane(3), prompt()})
+            if (!window || !Answers(window) || !IsPainted(window)) return false;
+        if (!HasInk(PictureOfClient(pane(1))) || !HasInk(PictureOfClient(prompt()))) return false;
+        Picture now = picture();
+        bool still = now == last;
+        last = now;
+        return still;
+    });
+}
+
+Dialog Editor::dialog() const {
+    Dialog found;
+    WaitFor([&] {
+        for (HWND window : windows())
+            if (ClassOf(window) == "#32770" && IsWindowVisible(window)) found.window = window;
+        return found.window != nullptr || !running();
+    });
+    if (found.window) {
+        WaitFor([&] { return Answers(found.window) && IsPainted(found.window); }, 5);
+        SetForegroundWindow(found.window);
+    }
+    return found;
+}
+
+bool Editor::dialogGone() const {
+    return WaitFor([&] {
+        for (HWND window : windows())
+            if (ClassOf(window) == "#32770" && IsWindowVisible(window)) return false;
+        return true;
+    });
+}
+
+void Editor::command(int id) const {
+    PostMessageA(frame(), WM_COMMAND, static_cast<WPARAM>(id), 0);
+}
+
+Picture Editor::picture() const {
+    return PictureOfWindow(frame());
+}
+
+void Editor::shoot(const std::string &name, HWND window) const {
+    fs::path shots = fs::path(ProgramPath).parent_path().parent_path() / "shots";
+    std::error_code ignored;
+    fs::create_directories(shots, ignored);
+    WritePng(PictureOfWindow(window ? window : frame()), (shots / (name + ".png")).string());
+}
+
+void Editor::toFront() const {
+    SetForegroundWindow(frame());
+    WaitFor([&] { return GetForegroundWindow() == frame(); }, 5);
+}
+
+bool Editor::plant(const std::string &symbol, const void *bytes, size_t size) const {
+    std::optional<uint64_t> offset =
+        OffsetInImage(fs::path(ProgramPath).replace_extension(".map").string(), symbol);
+    HMODULE module = nullptr;
+    DWORD needed = 0;
+    if (!offset || !EnumProcessModules(process, &module, sizeof module, &needed)) return false;
+    auto *address = reinterpret_cast<uint8_t *>(module) + *offset;
+    return WriteProcessMemory(process, address, bytes, size, nullptr) != 0;
+}
+
+bool Editor::plantChange() const {
+    int32_t position = 4;
+    // The position is the record's first field.
+    return plant("EditLog", &position, sizeof position);
+}
+
+// --- input ------------------------------------------------------------------------------------------------
+
+void PressKey(WORD key, const std::vector<WORD> &with) {
+    std::vector<INPUT> inputs;
+    auto add = [&](WORD code, DWORD flags) {
+        INPUT input = {};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = code;
+        input.ki.wScan = static_cast<WORD>(MapVirtualKeyA(code, MAPVK_VK_TO_VSC));
+        input.ki.dwFlags = flags;
+        inputs.push_back(input);
+    };
+    for (WORD modifier : with) add(modifier, 0);
+    add(key, 0);
+    add(key, KEYEVENTF_KEYUP);
+    for (WORD modifier : with) add(modifier, KEYEVENTF_KEYUP);
+    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
+
+void MoveMouse(int x, int y) {
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dx = (x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
+    input.mi.dy = (y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
+    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    // A virtual display tells of a move only when it is asked for something, and may then take the pointer back
+    // to where it was before.
+    constexpr int STEADY = 4;
+    int steady = 0;
+    WaitFor([&] {
+        POINT now = {};
+        GetCursorPos(&now);
+        bool there = now.x == x && now.y == y;
+        steady = there ? steady + 1 : 0;
+        if (!there) SendInput(1, &input, sizeof input);
+        PictureOfScreen({x, y, x + 1, y + 1});
+        return steady >= STEADY;
+    });
+}
+
+void PressButton(bool down) {
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
+    SendInput(1, &input, sizeof input);
+}
+
+bool HasCapture(HWND window, bool captured) {
+    DWORD thread = GetWindowThreadProcessId(window, nullptr);
+    return WaitFor([&] {
+        GUITHREADINFO info = {};
+        info.cbSize = sizeof info;
+        return GetGUIThreadInfo(thread, &info) && (info.hwndCapture == window) == captured;
+    }, 10);
+}
+
+void ClickAt(int x, int y) {
+    MoveMouse(x, y);
+    PressButton(true);
+    PressButton(false);
+}

@@ -1,0 +1,103 @@
+// The running editor as a test sees it: it is started, its windows are found, it is driven with real input,
+// and it is ended whatever happens.
+#pragma once
+
+#include "window/picture.h"
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+// Asks again and again until the answer is true; false when the patience (seconds) has run out.
+bool WaitFor(const std::function<bool()> &condition, double seconds = 60);
+
+// A directory of its own for a test, removed with all that is in it.
+class TestDirectory {
+public:
+    TestDirectory();
+    ~TestDirectory();
+    TestDirectory(const TestDirectory &) = delete;
+    TestDirectory &operator=(const TestDirectory &) = delete;
+    std::string file(const std::string &name) const { return path + "\\" + name; }
+    std::string write(const std::string &name, const std::string &text) const;
+    std::string read(const std::string &name) const;
+    bool has(const std::string &name) const;
+    std::string path;
+};
+
+// A dialog or message box that the editor shows.
+struct Dialog {
+    HWND window = nullptr;
+    std::string title() const;
+    // The text of a control; empty if there is none.
+    std::string text(int id) const;
+    bool has(int id) const { return GetDlgItem(window, id) != nullptr; }
+    // Clicks a button with the mouse.
+    void click(int id) const;
+    // The texts of all its labels and buttons, in their order.
+    std::vector<std::string> labels() const;
+};
+
+class Editor {
+public:
+    // Starts the program in `directory`, with the configuration in its folder "config".
+    Editor(const TestDirectory &directory, const std::string &arguments);
+    ~Editor();
+    Editor(const Editor &) = delete;
+    Editor &operator=(const Editor &) = delete;
+
+    // Waits until the main window and the panels stand and are painted; false if they do not come.
+    bool open();
+    // Waits for the next dialog; its window is null if none comes.
+    Dialog dialog() const;
+    // Waits until no dialog is there.
+    bool dialogGone() const;
+    // Waits until the program has ended by itself, and gives its exit code.
+    std::optional<DWORD> ended();
+    bool running() const;
+
+    HWND frame() const;
+    std::string title() const;
+    // Number 1 is the ruler, 2 the names, 3 the waves.
+    HWND pane(int number) const;
+    HWND prompt() const;
+    // The error strip, null without one.
+    HWND strip() const;
+    bool hasStrip(const std::string &text) const;
+
+    // Sends a command as its menu entry does.
+    void command(int id) const;
+    // Waits until everything that was scheduled is painted and the picture stands still.
+    bool painted() const;
+    Picture picture() const;
+    // Saves the picture of the main window, or of a dialog, as NAME.png under build/shots.
+    void shoot(const std::string &name, HWND window = nullptr) const;
+    void toFront() const;
+
+    // Writes to a global of the program, found through the linker's map.
+    bool plant(const std::string &symbol, const void *bytes, size_t size) const;
+    // Makes the document count as modified.
+    bool plantChange() const;
+
+private:
+    std::vector<HWND> windows() const;
+    HANDLE job = nullptr;
+    HANDLE process = nullptr;
+    DWORD processId = 0;
+};
+
+// Real input. Places are screen pixels.
+void PressKey(WORD key, const std::vector<WORD> &with = {});
+void MoveMouse(int x, int y);
+void PressButton(bool down);
+void ClickAt(int x, int y);
+// Waits until the window has the mouse to itself, or has let go of it.
+bool HasCapture(HWND window, bool captured);
+
+// Where kelvane.exe and its map are: beside this program, unless an argument said otherwise.
+extern std::string ProgramPath;
+std::string ClassOf(HWND window);
+std::string TextOf(HWND window);
+RECT PlaceOf(HWND window);
+// The place within the client area of `parent`.
+RECT PlaceIn(HWND parent, HWND window);
