@@ -166,10 +166,11 @@ void SaveItemsYardstick(benchmark::State &state) {
     }
 }
 
-// Nodes that use sub-patterns which are defined behind them.
+// Sub-patterns, and nodes that use them, in the order in which the editor makes and saves them.
 void LoadReferences(benchmark::State &state) {
     constexpr uint32_t patterns = 3900, references = 100000, nodes = 50;
     std::string text;
+    for (uint32_t i = 0; i < patterns; ++i) text += "$pattern" + std::to_string(i) + " = 0 5 1 5;\n";
     for (uint32_t node = 0; node < nodes; ++node) {
         text += "node" + std::to_string(node) + " =";
         for (uint32_t i = 0; i < references / nodes; ++i) {
@@ -178,7 +179,6 @@ void LoadReferences(benchmark::State &state) {
         }
         text += ";\n";
     }
-    for (uint32_t i = 0; i < patterns; ++i) text += "$pattern" + std::to_string(i) + " = 0 5 1 5;\n";
     std::string path = TheFiles().write("references.wdl", text);
     for (auto _ : state) LoadFile(path);
     Check(HighestPatternId == nodes + patterns, "patterns are missing");

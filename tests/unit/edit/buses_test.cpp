@@ -249,8 +249,7 @@ TEST_F(Buses, AFullTableLeavesNothingBehind) {
     EXPECT_EQ(HeapFault(), "");
 }
 
-// --- against a plain search
-// -------------------------------------------------------------------------------------
+// --- against a plain search ---
 
 namespace {
 

@@ -181,8 +181,7 @@ TEST_F(Lexer, BlankLinesAreLines) {
     EXPECT_EQ(WdlLineNumber, 3);
 }
 
-// --- limits
-// -------------------------------------------------------------------------------------------------
+// --- limits ---
 
 TEST_F(Lexer, ALineOf1021CharactersPassesAndOneOf1022Fails) {
     EXPECT_EQ(Left(std::string(1021, 'x') + "\n"), "11:" + std::string(1021, 'x'));
@@ -245,8 +244,7 @@ TEST_F(Lexer, AllDigitsOfALongNumberAreRead) {
     EXPECT_EQ(Right("#" + digits + "\n"), "4:#" + digits);
 }
 
-// --- where an error stands
-// ------------------------------------------------------------------------------------
+// --- where an error stands ---
 
 TEST_F(Lexer, AnErrorsColumnIsThatOfTheLastCharacterRead) {
     Right("  xyz 1\n");

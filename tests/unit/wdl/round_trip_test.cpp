@@ -72,8 +72,50 @@ TEST_F(RoundTrip, TheOrderOfStatementsSettles) {
     }
 }
 
-// --- what does not come back
-// ------------------------------------------------------------------------------------
+TEST_F(RoundTrip, TabsInsteadOfBlanksMakeNoDifference) {
+    for (uint32_t seed = 1; seed <= 300; ++seed) {
+        emptyStore();
+        BuildRandomDocument(seed);
+        std::string document = DocumentText();
+        std::string text = WrittenText();
+        std::replace(text.begin(), text.end(), ' ', '\t');
+        ASSERT_EQ(readBack(text), "") << "seed " << seed;
+        ASSERT_EQ(DocumentText(), document) << "seed " << seed;
+    }
+}
+
+TEST_F(RoundTrip, RandomDocumentsHaveEverythingInThem) {
+    uint32_t composites = 0, slices = 0, wholeSlices = 0, nests = 0, forevers = 0, formats = 0, clocks = 0,
+             tables = 0, delays = 0, forced = 0, longNames = 0;
+    for (uint32_t seed = 1; seed <= 300; ++seed) {
+        emptyStore();
+        BuildRandomDocument(seed);
+        for (uint32_t id = 1; id <= HighestPatternId; ++id) {
+            const Pattern *p = PatternFromId(id);
+            composites += p->kind() == PatternKind::Composite;
+            nests += p->nameLength == 0;
+            formats += p->format() != SignalFormat::None;
+            clocks += p->clock() != 0;
+            tables += p->stateTable() != 0;
+            delays += p->delay != 0;
+            longNames += p->nameLength > 900;
+            for (uint32_t i = 0; i < p->itemCount; ++i) {
+                const PatternItem &item = p->item(i);
+                if (!item.isReference()) continue;
+                forevers += item.repeat() == REPEAT_FOREVER;
+                forced += item.forcedFormat() != 0;
+                slices += p->kind() == PatternKind::Reference;
+                wholeSlices += p->kind() == PatternKind::Reference && item.sliceWidth() == 0;
+            }
+        }
+    }
+    for (uint32_t count : {composites, slices, wholeSlices, nests, forevers, formats, clocks, tables, delays,
+                           forced, longNames}) {
+        EXPECT_GT(count, 5u);
+    }
+}
+
+// --- what does not come back ---
 
 TEST_F(RoundTrip, TheEighthClockComesBackAsNone) {
     ASSERT_EQ(readBack("a { H Test Default None 0 1 50 } = ;\n"), "");
@@ -160,8 +202,7 @@ TEST_F(RoundTrip, AnUnknownStateTableComesBackAsTheFirst) {
     EXPECT_EQ(Named("a").stateTable(), 0u);
 }
 
-// --- what needs care to come back
-// -------------------------------------------------------------------------------
+// --- what needs care to come back ---
 
 TEST_F(RoundTrip, NamesThatLookLikeSomethingElseComeBack) {
     for (const char *name : {"%ENDTIME=5", "=x", ",y", "%"}) {

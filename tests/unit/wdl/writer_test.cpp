@@ -166,8 +166,7 @@ TEST_F(Writer, FreeIdsArePassedOver) {
     EXPECT_EQ(WrittenStatements(), "$a = ;\n$c = ;\n");
 }
 
-// --- files
-// ------------------------------------------------------------------------------------------------------
+// --- files ---
 
 TEST_F(Writer, TheFileIsTheTextAndTheWaveListHoldsTheRows) {
     MakePattern("a", {{1, 5}});
