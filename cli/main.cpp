@@ -1,6 +1,7 @@
 // kelvane-cli: the editor's engine without its windows, for scripts and pipelines.
 #include "commands.h"
 #include <cstdio>
+#include <exception>
 
 namespace {
 
@@ -21,9 +22,7 @@ int Parse(CLI::App &program, int argc, char **argv, int &status) {
     return status;
 }
 
-} // namespace
-
-int main(int argc, char **argv) {
+int Run(int argc, char **argv) {
     int status = EXIT_DONE;
     CLI::App program("Checks, formats, queries and draws stimulus files.", "kelvane-cli");
     program.set_version_flag("--version", "kelvane-cli " KELVANE_VERSION);
@@ -38,5 +37,18 @@ int main(int argc, char **argv) {
     status = Parse(program, argc, argv, status);
     if (fflush(stdout) == 0 && !ferror(stdout)) return status;
     PrintError("kelvane-cli", "standard output cannot be written");
+    return EXIT_BAD_USAGE;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    try {
+        return Run(argc, argv);
+    } catch (const std::exception &error) {
+        fprintf(stderr, "kelvane-cli: %s\n", error.what());
+    } catch (...) {
+        fprintf(stderr, "kelvane-cli: failed\n");
+    }
     return EXIT_BAD_USAGE;
 }
