@@ -167,6 +167,19 @@ void SaveItemsYardstick(benchmark::State &state) {
 }
 
 // Sub-patterns, and nodes that use them, in the order in which the editor makes and saves them.
+// What the store takes for the items: heap, table and state block, in bytes.
+void MemoryOfItems(benchmark::State &state) {
+    while (state.KeepRunning()) LoadFile(ItemsPath());
+    state.counters["bytes"] =
+        static_cast<double>(HeapSize) + sizeof(uint32_t) * MAX_PATTERNS + StateBlockSize;
+}
+
+// The items by themselves.
+void MemoryOfItemsYardstick(benchmark::State &state) {
+    while (state.KeepRunning()) benchmark::DoNotOptimize(state.iterations());
+    state.counters["bytes"] = static_cast<double>(sizeof(PatternItem)) * NODES * ITEMS_PER_NODE;
+}
+
 void LoadReferences(benchmark::State &state) {
     constexpr uint32_t patterns = 3900, references = 100000, nodes = 50;
     std::string text;
@@ -196,6 +209,8 @@ void LoadBuses(benchmark::State &state) {
 
 BENCHMARK(LoadItems)->Name("load/items")->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadItemsYardstick)->Name("load/items/yardstick")->Unit(benchmark::kMillisecond);
+BENCHMARK(MemoryOfItems)->Name("memory/items")->Iterations(1);
+BENCHMARK(MemoryOfItemsYardstick)->Name("memory/items/yardstick")->Iterations(1);
 BENCHMARK(SaveItems)->Name("save/items")->Unit(benchmark::kMillisecond);
 BENCHMARK(SaveItemsYardstick)->Name("save/items/yardstick")->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadReferences)->Name("load/references")->Unit(benchmark::kMillisecond);
