@@ -103,14 +103,14 @@ const std::string &ItemsPath() {
 
 void LoadItems(benchmark::State &state) {
     const std::string &path = ItemsPath();
-    for (auto _ : state) LoadFile(path);
+    while (state.KeepRunning()) LoadFile(path);
     Check(HighestPatternId == NODES && PatternFromId(1)->itemCount == ITEMS_PER_NODE, "items are missing");
 }
 
 // Every number of every line.
 void LoadItemsYardstick(benchmark::State &state) {
     const std::string &path = ItemsPath();
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         FILE *file = fopen(path.c_str(), "r");
         char line[1024];
         unsigned long sum = 0;
@@ -129,7 +129,7 @@ void LoadItemsYardstick(benchmark::State &state) {
 void SaveItems(benchmark::State &state) {
     LoadFile(ItemsPath());
     std::string path = TheFiles().path("saved.wdl");
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         char buffer[MAX_PATH_SIZE];
         snprintf(buffer, sizeof buffer, "%s", path.c_str());
         WriteWdlFile(buffer);
@@ -146,7 +146,7 @@ void SaveItemsYardstick(benchmark::State &state) {
     }
     constexpr size_t bufferSize = 65536;
     auto buffer = std::make_unique<char[]>(bufferSize);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         FILE *file = fopen(path.c_str(), "wb");
         setvbuf(file, nullptr, _IONBF, 0);
         char *out = buffer.get();
@@ -193,7 +193,7 @@ void LoadReferences(benchmark::State &state) {
         text += ";\n";
     }
     std::string path = TheFiles().write("references.wdl", text);
-    for (auto _ : state) LoadFile(path);
+    while (state.KeepRunning()) LoadFile(path);
     Check(HighestPatternId == nodes + patterns, "patterns are missing");
 }
 
@@ -203,7 +203,7 @@ void LoadBuses(benchmark::State &state) {
     for (uint32_t i = 0; i < buses; ++i) text += "bus" + std::to_string(i) + "[31:0] = 0 5 ff 5;\n";
     for (uint32_t i = 0; i < buses; ++i) text += "bit" + std::to_string(i) + " = 0 5 1 5;\n";
     std::string path = TheFiles().write("buses.wdl", text);
-    for (auto _ : state) LoadFile(path);
+    while (state.KeepRunning()) LoadFile(path);
     Check(HighestPatternId == 2 * buses, "patterns are missing");
 }
 

@@ -8,6 +8,7 @@
 #include "store/signal_name.h"
 #include "store/state_table.h"
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <set>
 #include <vector>
@@ -266,7 +267,7 @@ void AddRandomStateTables() {
     for (const char *name : TABLE_NAMES) {
         StateTable *table = AllocStateTable(1);
         memset(static_cast<void *>(table), 0, sizeof *table + sizeof(StateRow));
-        strcpy(table->tableName, name);
+        snprintf(table->tableName, sizeof table->tableName, "%s", name);
         table->rowCount = 1;
     }
 }

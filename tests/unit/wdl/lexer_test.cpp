@@ -138,7 +138,13 @@ TEST_F(Lexer, DirectivesAreFoundByTheirKeyword) {
 
 TEST_F(Lexer, TheFirstKeywordOfTheSearchOrderCountsWhereverItStands) {
     EXPECT_EQ(Left("% my ENDTIME is = VERSION;\n"), "24:% my ENDTIME is = VERSION|1:;");
-    EXPECT_EQ(Left("%DECIMALS=ENDTIME;\n"), "27:%DECIMALS=ENDTIME|1:;");
+    constexpr const char *order[] = {"VERSION",    "ENDTIME",    "MASTERCLOCKMULT", "SMALLESTUNIT",
+                                     "AUTOASSIGN", "AUTOEXPORT", "DECIMALS",        "BUSREVERSE"};
+    constexpr int tokens[] = {24, 27, 25, 26, 28, 29, 30, 31};
+    for (size_t i = 0; i + 1 < std::size(order); ++i) {
+        std::string text = std::string("%") + order[i + 1] + "=" + order[i];
+        EXPECT_EQ(Left(text + ";\n"), std::to_string(tokens[i]) + ":" + text + "|1:;");
+    }
 }
 
 TEST_F(Lexer, UnknownDirectivesAreErrors) {
