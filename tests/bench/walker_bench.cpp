@@ -37,8 +37,7 @@ uint16_t MakeNode(const std::string &name, uint32_t items, uint32_t shift) {
     return id;
 }
 
-// --- all segments
-// -------------------------------------------------------------------------------------------
+// --- all segments ---
 
 std::vector<uint16_t> MakeNodes() {
     std::vector<uint16_t> ids;
@@ -84,8 +83,7 @@ void CallForReadySegments(benchmark::State &state) {
 }
 BENCHMARK(CallForReadySegments)->Name("walk/items/yardstick")->Unit(benchmark::kMillisecond);
 
-// --- values of an endless repetition
-// ------------------------------------------------------------------------
+// --- values of an endless repetition ---
 
 void AddEndlessUse(uint16_t id, uint16_t part, PatternKind kind, uint32_t repeat) {
     Pattern *pattern = PatternFromId(id);

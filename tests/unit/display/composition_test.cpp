@@ -43,8 +43,7 @@ protected:
 
 } // namespace
 
-// --- paint messages
-// --------------------------------------------------------------------------------------------
+// --- paint messages ---
 
 TEST_F(Composition, PaintingTheRulerDrawsIt) {
     PaintPane(Pane::Ruler);
@@ -110,8 +109,7 @@ TEST_F(Composition, BeforeTheMetricsAreKnownNoRowIsPainted) {
     EXPECT_TRUE(Drawn().empty());
 }
 
-// --- repaints
-// --------------------------------------------------------------------------------------------------
+// --- repaints ---
 
 TEST_F(Composition, RepaintingFromARowClearsEverythingBelow) {
     makeRows(3);
@@ -181,8 +179,7 @@ TEST_F(Composition, AllPanelsCanBeScheduled) {
     EXPECT_EQ(Headless.invalidated, (Panes{Pane::Ruler, Pane::Name, Pane::Wave}));
 }
 
-// --- changed patterns
-// ------------------------------------------------------------------------------------------
+// --- changed patterns ---
 
 TEST_F(Composition, OnlyRowsOfChangedPatternsAreRepainted) {
     makeRows(4);

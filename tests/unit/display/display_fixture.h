@@ -36,7 +36,7 @@ int32_t RowLow(uint32_t row);
 int32_t RowMiddle(uint32_t row);
 int32_t RowHigh(uint32_t row);
 
-// --- recorded calls ---------------------------------------------------------------------------------------
+// --- recorded calls ---
 // What is drawn with a colour, as short texts: "line 5,8 1,8", "dots ...", "fill 0,0-9,9", "hatch ...",
 // "text 'A' 3,4"; the colour's index goes in front, as in "3 line ...".
 std::vector<std::string> Drawn();

@@ -70,8 +70,7 @@ void MakeTable(std::initializer_list<State> states) {
 
 } // namespace
 
-// --- the row
-// ---------------------------------------------------------------------------------------------------
+// --- the row ---
 
 TEST_F(Renderer, ARowsLevelsLieBetweenItsGaps) {
     MakeRow("A");
@@ -129,8 +128,7 @@ TEST_F(Renderer, ARowOfAFreeIdIsNotDrawn) {
     EXPECT_EQ(draw(), Calls{});
 }
 
-// --- lines
-// -----------------------------------------------------------------------------------------------------
+// --- lines ---
 
 TEST_F(Renderer, LowIsALineAtTheBottom) {
     EXPECT_EQ(scalar({{0, 500}}), Calls{Line(BLUE, {{500, low}, {0, low}})});
@@ -175,8 +173,7 @@ TEST_F(Renderer, TheWalkEndsWithTheSpan) {
         (Calls{Line(BLUE, {{200, low}, {0, low}}), Line(BLUE, {{300, high}, {200, high}, {200, low}})}));
 }
 
-// --- blocks of a state
-// -----------------------------------------------------------------------------------------
+// --- blocks of a state ---
 
 TEST_F(Renderer, UnknownIsAHatchedBlock) {
     EXPECT_EQ(scalar({{2, 100}}), Calls{Hatch(RED, 0, high, 100, low)});
@@ -257,8 +254,7 @@ TEST_F(Renderer, AnUnknownLevelDrawsNothing) {
     EXPECT_EQ(draw(), Calls{Line(BLUE, {{200, low}, {100, low}})});
 }
 
-// --- dense bands
-// -----------------------------------------------------------------------------------------------
+// --- dense bands ---
 
 TEST_F(Renderer, ARunTooFineToShowBecomesABandBeforeTheNextSegment) {
     MakeRow("S", {});
@@ -310,8 +306,7 @@ TEST_F(Renderer, ItemsOfTwoPixelsAreDrawn) {
     EXPECT_EQ(draw(), (Calls{dense(0, 3), dense(0, 3)}));
 }
 
-// --- named blocks
-// ----------------------------------------------------------------------------------------------
+// --- named blocks ---
 
 namespace {
 
@@ -375,8 +370,7 @@ TEST_F(NamedBlocks, ABlockIsCutAtThePanesEdges) {
     EXPECT_EQ(draw()[0], block(0, 70));
 }
 
-// --- bus values
-// ------------------------------------------------------------------------------------------------
+// --- bus values ---
 
 namespace {
 
@@ -489,8 +483,7 @@ TEST_F(BusValues, AnyWidthIsSafe) {
     }
 }
 
-// --- extremes
-// --------------------------------------------------------------------------------------------------
+// --- extremes ---
 
 TEST_F(Renderer, NoScaleAndNoPlaceOnTheAxisIsTrouble) {
     MakeRow("S", {{0, 0x7FFFFFFF}, {2, 0x7FFFFFFF}, {1, 1}});

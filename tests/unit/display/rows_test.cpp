@@ -28,8 +28,7 @@ int32_t WidthOf(const std::string &name) {
 
 } // namespace
 
-// --- ShowWaveByName
-// -------------------------------------------------------------------------------------------
+// --- ShowWaveByName ---
 
 TEST_F(RowList, ShowingAPatternAppendsARowAndSelectsIt) {
     MakeRows(2);
@@ -127,8 +126,7 @@ TEST_F(RowList, WhileADocumentIsReadOnlyTheTableChanges) {
     EXPECT_EQ(WaveView.NameTextWidth, 0);
 }
 
-// --- AddWaveRow
-// -----------------------------------------------------------------------------------------------
+// --- AddWaveRow ---
 
 TEST_F(RowList, ARowIsInsertedBeforeAnother) {
     MakeRows(3);
@@ -171,8 +169,7 @@ TEST_F(RowList, AFullTableMovesItsRowsAndThenRefuses) {
     EXPECT_EQ(names[255], "N254");
 }
 
-// --- Duplicate
-// ------------------------------------------------------------------------------------------------
+// --- Duplicate ---
 
 TEST_F(RowList, DuplicatesFollowInOrderAndTakeTheHighlight) {
     MakeRows(4);
@@ -208,8 +205,7 @@ TEST_F(RowList, DuplicatingUpToTheLimitReportsItOnce) {
     EXPECT_EQ(HighlightedRows(), (RowSet{9, 12, 255}));
 }
 
-// --- Hide
-// -----------------------------------------------------------------------------------------------------
+// --- Hide ---
 
 TEST_F(RowList, HidingARowClosesTheGap) {
     MakeRows(3);
@@ -299,8 +295,7 @@ TEST_F(RowList, HidingRedrawsOnlyFromTheLowestRowRemoved) {
     EXPECT_EQ(DrawnTexts(), Names{"N4  T"});
 }
 
-// --- names, selection, handles
-// --------------------------------------------------------------------------------
+// --- names, selection, handles ---
 
 TEST_F(RowList, TheWidestNameIsMeasured) {
     MakeRow("A");

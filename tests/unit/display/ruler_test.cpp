@@ -143,8 +143,7 @@ TEST_F(Ruler, EveryLabelledTickIsLong) {
     EXPECT_EQ(labels(), (std::vector<std::string>{"0", "20", "40", "60", "80", "100", "120"}));
 }
 
-// --- drawn
-// -----------------------------------------------------------------------------------------------------
+// --- drawn ---
 
 TEST_F(Ruler, IsClearedOverBothPanes) {
     DrawRuler();

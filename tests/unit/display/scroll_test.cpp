@@ -48,8 +48,7 @@ void ExpectBar(const HeadlessState::Bar &bar, int32_t maximum, int32_t position)
 
 } // namespace
 
-// --- the time bar
-// ----------------------------------------------------------------------------------------------
+// --- the time bar ---
 
 TEST_F(Scrolling, ALineOfTimeIsAMinorTick) {
     WaveView.ViewLeft = 15;
@@ -185,8 +184,7 @@ TEST_F(Scrolling, ASpanThatFitsHasATimeBarOfOneStep) {
     ExpectBar(TimeBar(), 1, 1);
 }
 
-// --- the row bar
-// -----------------------------------------------------------------------------------------------
+// --- the row bar ---
 
 TEST_F(Scrolling, RowsScrollByLinesAndPages) {
     makeRows(50);
@@ -317,8 +315,7 @@ TEST_F(Scrolling, APaneWithoutHeightShowsNoRow) {
     EXPECT_EQ(rows(ScrollCode::ThumbPosition, 3), 0u);
 }
 
-// --- the name bar
-// ----------------------------------------------------------------------------------------------
+// --- the name bar ---
 
 namespace {
 
