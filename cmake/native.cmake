@@ -34,7 +34,7 @@ if(CLI_SOURCES)
   set_target_properties(kelvane-cli PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 endif()
 
-# --- unit tests: one program for each folder of tests/unit ------------------------------------------
+# --- unit tests: one program for each folder of tests/unit, under the sanitizers only --------------
 add_googletest()
 file(GLOB UNIT_SUPPORT CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/unit/support/*.cpp)
 add_library(unit_support STATIC ${UNIT_SUPPORT})
@@ -47,10 +47,10 @@ file(GLOB UNIT_FOLDERS LIST_DIRECTORIES true CONFIGURE_DEPENDS ${CMAKE_SOURCE_DI
 foreach(folder ${UNIT_FOLDERS})
   get_filename_component(name ${folder} NAME)
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
-  if(name STREQUAL "support" OR NOT sources)
+  if(name STREQUAL "support" OR NOT sources OR NOT KELVANE_SANITIZE)
     continue()
   endif()
-  add_executable(unit_${name} ${sources} ${CMAKE_SOURCE_DIR}/tests/unit/sanitizer_options.cpp)
+  add_executable(unit_${name} ${sources})
   target_compile_options(unit_${name} PRIVATE ${WARNINGS})
   target_link_libraries(unit_${name} PRIVATE unit_support gtest_main)
   if(name STREQUAL "cli")

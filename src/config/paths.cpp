@@ -5,7 +5,6 @@
 #include "shell/file_names.h"
 #include "shell/reporting.h"
 #include <cstdio>
-#include <cstring>
 
 char ConfigDirectory[MAX_PATH_SIZE];
 char SettingsIniPath[MAX_PATH_SIZE];
@@ -42,7 +41,7 @@ void InitPaths() {
     for (char *path :
          {ConfigDirectory, SettingsIniPath, ColorsIniPath, HelpDirectory, SimulatorIniPath, SimulatorName})
         path[0] = '\0';
-    strcpy(EditorCommand, "notepad.exe");
+    snprintf(EditorCommand, sizeof EditorCommand, "notepad.exe");
 }
 
 void ReadDesignContext() {

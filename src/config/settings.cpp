@@ -2,6 +2,7 @@
 #include "config/paths.h"
 #include "platform/profile.h"
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -27,7 +28,8 @@ void ReadInches(const char *key, double limit, int32_t &value) {
     char text[20];
     if (ProfileString(SECTION, key, "", text, sizeof text, SettingsIniPath) == 0) return;
     double inches = strtod(text, nullptr);
-    if (inches >= 0 && inches <= limit) value = static_cast<int32_t>(inches * POINTS_PER_INCH + 0.5);
+    if (inches >= 0 && inches <= limit)
+        value = static_cast<int32_t>(std::floor(inches * POINTS_PER_INCH + 0.5));
 }
 
 void ReadBelow(const char *key, int32_t limit, int32_t &value) {

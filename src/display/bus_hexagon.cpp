@@ -12,7 +12,6 @@ void SetPoints(HexagonShape &shape, std::initializer_list<PixelPoint> points) {
 } // namespace
 
 HexagonShape ShapeHexagon(int32_t x0, int32_t x1, int32_t middle, int32_t half, int32_t paneWidth) {
-    if (x1 < half) x0 = std::max(x0, x1 - 2 * half);
     x0 = std::max(x0, -half);
     x1 = std::min(x1, paneWidth + half);
     int32_t top = middle - half;

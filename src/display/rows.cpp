@@ -84,7 +84,7 @@ void ShowRemoval(uint32_t firstRow, bool widestGone) {
         MeasureNameWidths();
     }
     UpdateRowBars();
-    RepaintRowsFrom(firstRow);
+    if (DisplayOpen) RepaintRowsFrom(firstRow);
 }
 
 void SetHighlight(uint32_t row, bool on) {
@@ -173,11 +173,12 @@ void DuplicateHighlightedRows() {
         DuplicateRow(row);
     }
     if (WaveView.RowCount == firstNew) return;
-    UpdateRowBars();
-    RepaintRowsFrom(firstNew);
-    EnsureRowVisible(WaveView.RowCount - 1);
     WaveView.SelectRow = firstNew;
     WaveView.SelectRowLast = WaveView.RowCount - 1;
+    if (!DisplayOpen) return;
+    UpdateRowBars();
+    RepaintRowsFrom(firstNew);
+    EnsureRowVisible(WaveView.SelectRowLast);
 }
 
 void HideRow(uint32_t row) {

@@ -97,6 +97,12 @@ int AddMemberSlice(const char *member, void *context) {
     auto *bus = static_cast<BusOfBits *>(context);
     Holder holder = FindHolder(member, IsPlain);
     if (holder.id == 0) {
+        // Members compare with case and patterns without: a second pattern of the name could never be saved
+        // and read again, so the one that bears it is the bit.
+        const Pattern *bearer = FindPattern(member);
+        if (bearer) holder = {bearer->id, 1};
+    }
+    if (holder.id == 0) {
         const Pattern *bit = CreatePlainNode(member, bus->NodePinType);
         if (!bit) return 1;
         holder = {bit->id, 1};

@@ -87,9 +87,7 @@ uint32_t CountChannels(const Pattern *pattern) {
     return count < MAX_CHANNELS ? count : MAX_CHANNELS;
 }
 
-// Returns whether some channel begins behind a delay.
-bool SetUpChannels(WalkChannel *channels, uint32_t count, const Pattern *pattern, TimeVal unit) {
-    bool delayed = false;
+void SetUpChannels(WalkChannel *channels, uint32_t count, const Pattern *pattern, TimeVal unit) {
     uint32_t n = 0;
     for (uint32_t i = 0; i < pattern->itemCount && n < count; ++i) {
         const PatternItem &item = pattern->item(i);
@@ -97,10 +95,8 @@ bool SetUpChannels(WalkChannel *channels, uint32_t count, const Pattern *pattern
         if (!target) continue;
         for (uint32_t r = 0; r < item.repeat() && n < count; ++r) {
             SetUpChannel(channels[n++], item, target, unit);
-            if (target->delay != 0) delayed = true;
         }
     }
-    return delayed;
 }
 
 // Each of the steps below brings a channel on by one item, frame or phase, and answers whether that was a
@@ -256,17 +252,16 @@ bool WalkComposite(const Pattern *pattern, TimeVal unit) {
     uint32_t count = CountChannels(pattern);
     std::unique_ptr<WalkChannel[]> channels(new (std::nothrow) WalkChannel[count]());
     if (!channels) return true;
-    bool delayed = SetUpChannels(channels.get(), count, pattern, unit);
+    SetUpChannels(channels.get(), count, pattern, unit);
     TimeVal stop = TimeAdd(WalkState.Cursor, TimeMul(pattern->duration, unit));
-    bool finished = !delayed;
-    for (;;) {
+    bool last = false;
+    while (!last) {
         for (uint32_t i = 0; i < count; ++i) {
             if (channels[i].Next <= WalkState.Cursor) AdvanceChannel(channels[i]);
-            if (channels[i].Next < TIME_FOREVER) finished = false;
         }
+        // With all channels over this reaches to the end of time, and so is the last one.
         if (!EmitComposite(channels.get(), count)) return false;
-        bool last = WalkState.segment.segFlags & SegLast;
-        if (finished || last || WalkState.Cursor >= stop || WalkState.Cursor >= WalkState.To) return true;
-        finished = true;
+        last = (WalkState.segment.segFlags & SegLast) || WalkState.Cursor >= stop;
     }
+    return true;
 }

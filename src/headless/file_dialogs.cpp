@@ -1,6 +1,6 @@
 #include "shell/file_dialogs.h"
 #include "headless/headless.h"
-#include <cstring>
+#include <cstdio>
 
 namespace {
 
@@ -11,7 +11,7 @@ bool Answer(const char *title, const char *label, const char *ext, char *path, i
     std::string answer = Headless.fileAnswers.front();
     Headless.fileAnswers.pop_front();
     if (answer.empty() || answer.size() >= static_cast<size_t>(pathSize)) return false;
-    strcpy(path, answer.c_str());
+    snprintf(path, static_cast<size_t>(pathSize), "%s", answer.c_str());
     return true;
 }
 

@@ -30,4 +30,6 @@ void ReleaseWindows() {
     Headless.panesExist = false;
 }
 
-void FrameToFront() { ++Headless.framesToFront; }
+void FrameToFront() {
+    ++Headless.framesToFront;
+}

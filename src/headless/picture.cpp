@@ -2,6 +2,7 @@
 #include "config/settings.h"
 #include "display/composition.h"
 #include "display/primitives.h"
+#include "display/renderer.h"
 #include "display/row_metrics.h"
 #include "display/row_table.h"
 #include "display/viewport.h"
@@ -40,7 +41,7 @@ class KeptState {
 public:
     KeptState()
         : view(WaveView), rows(WaveRows), open(DisplayOpen), padding(Settings.WaveTextPadding),
-          gap(Settings.WaveGap), headless(Headless), surface(HeadlessSurface) {
+          gap(Settings.WaveGap), colours(LevelColour), headless(Headless), surface(HeadlessSurface) {
         WaveRows = nullptr;
     }
     ~KeptState() {
@@ -50,6 +51,7 @@ public:
         DisplayOpen = open;
         Settings.WaveTextPadding = padding;
         Settings.WaveGap = gap;
+        LevelColour = colours;
         Headless = headless;
         HeadlessSurface = surface;
     }
@@ -60,6 +62,7 @@ private:
     WaveViewRecord view;
     WaveRow *rows;
     int32_t open, padding, gap;
+    std::array<uint8_t, LEVEL_COLOURS> colours;
     HeadlessState headless;
     HeadlessSurfaceState surface;
 };
@@ -98,6 +101,7 @@ int32_t WidestName(const std::vector<uint16_t> &ids) {
 // Sizes the window to the rows, and shows the range in it.
 Layout LayOut(const PictureRequest &request) {
     InitWaveMetrics();
+    BuildLevelColour();
     WaveView.NameTextWidth = WidestName(request.rows);
     WaveView.NameColumnWidth = WaveView.NameTextWidth + WaveView.FontCharWidth;
     WaveView.NameScroll = 0;

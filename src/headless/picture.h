@@ -6,8 +6,8 @@
 #include <vector>
 
 struct PictureRequest {
-    const char *path; // its extension tells the format: ".png", ".svg" or ".pdf"
-    TimeVal from = 0; // the range to show, in time units
+    const char *path = ""; // its extension tells the format: ".png", ".svg" or ".pdf"
+    TimeVal from = 0;      // the range to show, in time units
     TimeVal to = 0;
     bool fitRange = false;      // false for the whole span
     int width = 1000;           // of the wave pane, in pixels

@@ -20,10 +20,9 @@ bool (*StartProcessHook)(const char *commandLine) = nullptr;
 namespace {
 
 bool CopyOut(const char *text, char *out, size_t size) {
-    out[0] = '\0';
-    if (strlen(text) >= size) return false;
-    strcpy(out, text);
-    return true;
+    bool fits = strlen(text) < size;
+    snprintf(out, size, "%s", fits ? text : "");
+    return fits;
 }
 
 // The full path without "." and doubled separators. ".." takes its directory away, but not behind a symbolic
@@ -160,6 +159,7 @@ bool StartProcess(const char *commandLine) {
     std::vector<std::string> words = SplitWords(commandLine);
     if (words.empty()) return false;
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string &word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     pid_t process;

@@ -77,7 +77,7 @@ bool FullPath(const char *path, char *out) {
     char full[MAX_PATH_SIZE];
     DWORD length = GetFullPathNameA(path, MAX_PATH_SIZE, full, nullptr);
     if (length == 0 || length >= MAX_PATH_SIZE) return false;
-    strcpy(out, full);
+    snprintf(out, MAX_PATH_SIZE, "%s", full);
     return true;
 }
 

@@ -35,10 +35,11 @@ struct Line {
 };
 
 // A line that begins with "[" but holds no "]" is an ordinary one, and one without "=" has no value to give.
+// A comment needs no test of its own: its name begins with ";", which no key that is asked for does.
 void Classify(Line &line, std::string_view text) {
     size_t first = text.find_first_not_of(BLANKS);
     line.isEmpty = first == text.npos;
-    if (line.isEmpty || text[first] == ';') return;
+    if (line.isEmpty) return;
     text.remove_prefix(first);
     size_t close = text.rfind(']');
     line.isSection = text[0] == '[' && close != text.npos;

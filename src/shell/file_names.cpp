@@ -29,7 +29,7 @@ bool SetExtension(char *path, const char *ext) {
     if (!*path) return false;
     size_t stem = ExtensionStart(path);
     if (stem + strlen(ext) >= MAX_PATH_SIZE) return false;
-    strcpy(path + stem, ext);
+    snprintf(path + stem, MAX_PATH_SIZE - stem, "%s", ext);
     return true;
 }
 

@@ -24,6 +24,8 @@ constexpr uint32_t RECORD_HEAD = 36;
 constexpr uint32_t ITEM_SIZE = sizeof(PatternItem);
 
 int logHeld = 0;
+// No id below this one is free.
+uint32_t freeIdFrom = 1;
 
 Pattern *RecordAt(int32_t offset) {
     return reinterpret_cast<Pattern *>(PatternHeap + offset);
@@ -109,9 +111,8 @@ bool MakeRoom(uint32_t need, uint32_t bytes) {
 }
 
 uint32_t LowestFreeId() {
-    uint32_t id = 1;
-    while (id < MAX_PATTERNS && PatternTable[id] != 0) ++id;
-    return id;
+    while (freeIdFrom < MAX_PATTERNS && PatternTable[freeIdFrom] != 0) ++freeIdFrom;
+    return freeIdFrom;
 }
 
 // Closes the open top record. True if `id` is that record and can grow by `growth` bytes where it stands; it
@@ -148,6 +149,7 @@ Pattern *PlaceRecord(uint32_t id) {
 int PatternStoreInit() {
     TopPatternId = 0;
     HighestPatternId = 0;
+    freeIdFrom = 1;
     NameIndexClear();
     PatternTable = static_cast<uint32_t *>(calloc(MAX_PATTERNS, sizeof(uint32_t)));
     HeapSize = static_cast<int32_t>(HEAP_BLOCK);
@@ -222,6 +224,7 @@ uint16_t PatternRelease(Pattern *record) {
         HoleBytes += record->size;
     }
     PatternTable[id] = 0;
+    freeIdFrom = Smaller(freeIdFrom, id);
     return id;
 }
 

@@ -1,6 +1,8 @@
 #include "store/signal_name.h"
 
 #include "config/settings.h"
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 
@@ -22,6 +24,19 @@ bool ClosesRange(char c) {
 bool IsBlank(char c) {
     return static_cast<signed char>(c) <= ' ';
 }
+
+// Letters, digits and "$", which stay as they are in every name unless they separate its levels.
+constexpr std::array<bool, 256> ORDINARY = [] {
+    std::array<bool, 256> ordinary{};
+    for (char c : std::string_view("0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ$")) {
+        ordinary[static_cast<uint8_t>(c)] = true;
+    }
+    return ordinary;
+}();
+bool IsOrdinary(char c) {
+    return ORDINARY[static_cast<uint8_t>(c)];
+}
+
 bool IsListSeparator(char c) {
     return c == ',' || c == '\\';
 }
@@ -142,6 +157,12 @@ uint64_t PositionInElement(const NameElement &element, std::string_view member) 
     return static_cast<uint64_t>(index) + 1;
 }
 
+NameStem StemOf(std::string_view text) {
+    NameElement element = ParseElement(text);
+    const BusRange &range = element.range;
+    return {element.stem, std::min(range.first, range.last), std::max(range.first, range.last)};
+}
+
 int VisitRange(const NameElement &element, MemberCallback callback, void *context) {
     char name[NAME_SIZE + 16];
     size_t stem = element.stem.size() < NAME_SIZE ? element.stem.size() : NAME_SIZE - 1;
@@ -167,6 +188,12 @@ int VisitPlain(std::string_view element, MemberCallback callback, void *context)
 } // namespace
 
 void CanonicalizeName(char *name) {
+    const char *start = name;
+    // Most names begin with what stays as it is, and many end with it.
+    if (!IsOrdinary(NameChars.HierarchyChar)) {
+        while (IsOrdinary(*name)) ++name;
+    }
+    if (*name == '\0') return;
     const char *in = name;
     char *out = name;
     bool inRange = false;
@@ -184,7 +211,7 @@ void CanonicalizeName(char *name) {
             }
         } else if (c == '-' || c == NameChars.HierarchyChar) {
             *out++ = Settings.HierChar;
-        } else if ((c == '_' || c == '\'') && (out == name || out[-1] == Settings.HierChar)) {
+        } else if ((c == '_' || c == '\'') && (out == start || out[-1] == Settings.HierChar)) {
             *out++ = NameChars.NameBarChar;
         } else if (OpensRange(c)) {
             *out++ = NameChars.BusOpenChar;
@@ -232,14 +259,12 @@ uint32_t BusMemberPosition(const char *text, std::string_view member) {
     return 0;
 }
 
-void ForEachNameStem(const char *text, void (*callback)(std::string_view stem, void *context),
-                     void *context) {
-    while (*text != '\0') callback(ParseElement(TakeElement(text)).stem, context);
+void ForEachNameStem(const char *text, void (*callback)(const NameStem &stem, void *context), void *context) {
+    while (*text != '\0') callback(StemOf(TakeElement(text)), context);
 }
 
-std::string_view MemberStem(std::string_view member) {
-    size_t open = RangeStart(member);
-    return open > 0 ? member.substr(0, open + 1) : member;
+NameStem MemberStem(std::string_view member) {
+    return StemOf(member);
 }
 
 void TrimName(char *text) {

@@ -34,11 +34,18 @@ uint32_t CountBusMembers(const char *text);
 // Compares with case. It answers what a walk with ForEachBusMember would, without the walk.
 uint32_t BusMemberPosition(const char *text, std::string_view member);
 
-// Calls `callback` with the stem of each list element of `text`: all up to and with the opening bracket of a
-// range, or the whole plain name. Every member of `text` has one of these stems (MemberStem).
-void ForEachNameStem(const char *text, void (*callback)(std::string_view stem, void *context), void *context);
-// The stem that a single name would have as a member of a range, or the name itself.
-std::string_view MemberStem(std::string_view member);
+// What the single names of one list element have in common: all up to and with the opening bracket, and the
+// bounds of the numbers behind it; or a plain name, with bounds of 0.
+struct NameStem {
+    std::string_view text;
+    int64_t low;
+    int64_t high;
+};
+// Calls `callback` with the stem of each list element of `text`. For every member there is one with the text
+// of its own stem, and bounds around its own.
+void ForEachNameStem(const char *text, void (*callback)(const NameStem &stem, void *context), void *context);
+// The stem of a single name.
+NameStem MemberStem(std::string_view member);
 
 // Takes trailing characters at or below blank off `text`, the first character excepted, and leading blanks.
 void TrimName(char *text);

@@ -29,7 +29,7 @@ struct Body {
     Pattern *record() const { return PatternFromId(ownId); }
 };
 
-// --- failures of the store --------------------------------------------------------------------------------
+// --- failures of the store ---
 
 void ReportNoPattern() {
     uint32_t id = 1;
@@ -57,8 +57,7 @@ bool AcceptReference(uint16_t pattern, uint16_t target) {
     return true;
 }
 
-// --- left of the "="
-// ----------------------------------------------------------------------------------------
+// --- left of the "=" ---
 
 // The references of a bit or bus of existing bits were made from its name.
 void NoteSlices(const Pattern *pattern) {
@@ -186,8 +185,7 @@ void CompileLeft(Body &body) {
     }
 }
 
-// --- right of the "="
-// ---------------------------------------------------------------------------------------
+// --- right of the "=" ---
 
 void AppendReference(const Body &body, uint16_t target) {
     Pattern *pattern = body.record();
@@ -212,6 +210,21 @@ void CompileTransition(const Body &body) {
     }
     ReadDecimal(WdlText, duration);
     if (!InsertTransition(pattern, pattern->itemCount, value, duration)) ReportNoItem(body.record());
+}
+
+// The data items that come next, as far as they are plain to see.
+void CompileTransitions(const Body &body) {
+    Pattern *pattern = body.record();
+    uint32_t value = 0;
+    uint32_t duration = 0;
+    while (WdlReadPair(pattern->isBus(), value, duration)) {
+        pattern = InsertTransition(pattern, pattern->itemCount, value, duration);
+        if (!pattern) {
+            ReportNoItem(body.record());
+            return;
+        }
+        if (WdlErrorCount != 0) return; // the line behind the item may be too long
+    }
 }
 
 void CompileUse(const Body &body) {
@@ -370,7 +383,9 @@ int CompileStatement(Pattern *pattern) {
         NodeHasFormat = 0;
         statementId = 0;
     }
-    while (!body.done && WdlErrorCount == 0 && WdlNextToken() != TOKEN_END) {
+    while (!body.done && WdlErrorCount == 0) {
+        if (WdlRightSide) CompileTransitions(body);
+        if (WdlErrorCount != 0 || WdlNextToken() == TOKEN_END) break;
         if (WdlRightSide) {
             CompileRight(body);
         } else {

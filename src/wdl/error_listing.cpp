@@ -44,7 +44,6 @@ void WdlSyntaxError(const char *message) {
 
 void OpenErrorListing(const char *path) {
     WdlErrorCount = 0;
-    WdlHadErrors = 0;
     if (!WriteErrorListing || WdlErrFile) return;
     snprintf(listingName, sizeof listingName, "%s", FileNamePart(path));
     if (!SetExtension(listingName, ".err")) return;

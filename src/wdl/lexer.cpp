@@ -2,6 +2,7 @@
 
 #include "store/signal_name.h"
 #include "wdl/error_listing.h"
+#include <array>
 #include <cstring>
 
 TextReader *WdlFile = nullptr;
@@ -22,18 +23,26 @@ constexpr int32_t NO_TOKEN = -1;
 // Characters in WdlText.
 uint32_t textLength = 0;
 
-// As a signed byte, so that bytes from 128 up are blanks, and so is the NUL of the file's end.
-bool IsBlank(char c) {
-    return static_cast<signed char>(c) <= ' ';
+enum CharacterClass : uint8_t { BLANK = 1, DIGIT = 2, HEX_DIGIT = 4, LETTER_OR_DIGIT = 8 };
+
+constexpr uint8_t ClassOf(int c) {
+    bool digit = c >= '0' && c <= '9';
+    bool hexLetter = (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    // As signed bytes those from 128 up are blanks, and so is the NUL of the file's end.
+    return static_cast<uint8_t>((c <= ' ' || c >= 128 ? BLANK : 0) | (digit ? DIGIT : 0) |
+                                (digit || hexLetter ? HEX_DIGIT : 0) |
+                                (digit || letter ? LETTER_OR_DIGIT : 0));
 }
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-bool IsHexDigit(char c) {
-    return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-bool IsLetterOrDigit(char c) {
-    return IsDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+
+constexpr std::array<uint8_t, 256> CLASSES = [] {
+    std::array<uint8_t, 256> classes{};
+    for (int c = 0; c < 256; ++c) classes[static_cast<size_t>(c)] = ClassOf(c);
+    return classes;
+}();
+
+bool Is(char c, CharacterClass wanted) {
+    return (CLASSES[static_cast<uint8_t>(c)] & wanted) != 0;
 }
 
 // WdlGetChar for the common case, a character within the line.
@@ -52,14 +61,26 @@ int32_t TokenTooLong() {
 // Adds the characters through the first one that ends the token: `end1`, `end2`, the end of the file, or,
 // with `atBlank`, a blank. That one is in the text and is returned in `last`. False if the text has no room.
 bool ReadThrough(char end1, char end2, bool atBlank, char &last) {
+    uint32_t length = textLength;
     char c;
     do {
+        if (WdlPushback == 0) {
+            // Most of a token needs no look at what ends it.
+            const char *pos = WdlReadPos;
+            while (Is(*pos, LETTER_OR_DIGIT)) ++pos;
+            auto run = static_cast<uint32_t>(pos - WdlReadPos);
+            if (length + run >= WDL_TEXT_SIZE) return false;
+            memcpy(WdlText + length, WdlReadPos, run);
+            length += run;
+            WdlReadPos = pos;
+        }
         c = NextChar();
-        if (textLength == WDL_TEXT_SIZE - 1) return false;
-        WdlText[textLength++] = c;
-    } while (c != '\0' && c != end1 && c != end2 && !(atBlank && IsBlank(c)));
+        if (length == WDL_TEXT_SIZE - 1) return false;
+        WdlText[length++] = c;
+    } while (c != end1 && c != end2 && (!Is(c, BLANK) || (!atBlank && c != '\0')));
     last = c;
-    WdlText[textLength] = '\0';
+    WdlText[length] = '\0';
+    textLength = length;
     return true;
 }
 
@@ -74,12 +95,13 @@ int32_t ScanName(int32_t token) {
     CutLastCharacter();
     CanonicalizeName(WdlText);
     // A closing bracket that was left out may have been added; such a name would fit in no line.
-    return strlen(WdlText) > WDL_LINE_LIMIT ? TokenTooLong() : token;
+    bool tooLong = textLength >= WDL_LINE_LIMIT && strlen(WdlText) > WDL_LINE_LIMIT;
+    return tooLong ? TokenTooLong() : token;
 }
 
 // Adds the digits that follow. They end within the line, as its end reads as a blank.
 void ReadDigits() {
-    while (IsDigit(*WdlReadPos)) WdlText[textLength++] = *WdlReadPos++;
+    while (Is(*WdlReadPos, DIGIT)) WdlText[textLength++] = *WdlReadPos++;
     WdlText[textLength] = '\0';
     WdlPushback = WdlGetChar();
 }
@@ -91,7 +113,7 @@ int32_t ScanRepeat() {
         WdlText[textLength] = '\0';
         return TOKEN_FOREVER;
     }
-    if (IsDigit(c)) {
+    if (Is(c, DIGIT)) {
         WdlText[textLength++] = c;
         ReadDigits();
     } else {
@@ -171,17 +193,37 @@ int32_t ScanBlock() {
 // The token's first character stands for itself, whatever it is.
 int32_t ScanNumber() {
     const char *pos = WdlReadPos;
-    while (IsHexDigit(*pos)) WdlText[textLength++] = *pos++;
-    WdlText[textLength] = '\0';
+    char *text = WdlText + 1;
+    while (Is(*pos, HEX_DIGIT)) *text++ = *pos++;
+    *text = '\0';
     WdlReadPos = pos;
     char c = NextChar();
-    if (!IsLetterOrDigit(c)) {
+    if (!Is(c, LETTER_OR_DIGIT)) {
         WdlPushback = c;
         return TOKEN_NUMBER;
     }
-    while (!IsBlank(c)) c = NextChar();
+    while (!Is(c, BLANK)) c = NextChar();
     WdlSyntaxError("Illegal use of name");
     return NO_TOKEN;
+}
+
+// Both read as many digits as surely fit in 32 bits, and return the place behind them; null without a digit.
+const char *ReadShortDecimal(const char *pos, uint32_t &number) {
+    const char *start = pos;
+    uint32_t n = 0;
+    for (; Is(*pos, DIGIT) && pos - start < 9; ++pos) n = n * 10 + static_cast<uint32_t>(*pos - '0');
+    number = n;
+    return pos == start ? nullptr : pos;
+}
+
+const char *ReadShortHexadecimal(const char *pos, uint32_t &number) {
+    const char *start = pos;
+    uint32_t n = 0;
+    for (; Is(*pos, HEX_DIGIT) && pos - start < 8; ++pos) {
+        n = n << 4 | static_cast<uint32_t>(Is(*pos, DIGIT) ? *pos - '0' : (*pos | 32) - 'a' + 10);
+    }
+    number = n;
+    return pos == start ? nullptr : pos;
 }
 
 bool BeginsName(char c) {
@@ -264,6 +306,21 @@ char WdlGetChar() {
     return WdlReadLine() != 0 ? ' ' : '\0';
 }
 
+bool WdlReadPair(bool hexadecimal, uint32_t &value, uint32_t &duration) {
+    if (WdlPendingToken != 0 || (WdlPushback != 0 && !Is(WdlPushback, BLANK))) return false;
+    const char *pos = WdlReadPos;
+    while (*pos == ' ') ++pos;
+    pos = hexadecimal ? ReadShortHexadecimal(pos, value) : ReadShortDecimal(pos, value);
+    if (!pos || *pos != ' ') return false;
+    while (*pos == ' ') ++pos;
+    pos = ReadShortDecimal(pos, duration);
+    if (!pos || Is(*pos, LETTER_OR_DIGIT)) return false;
+    WdlReadPos = pos;
+    WdlPushback = 0;
+    WdlPushback = WdlGetChar();
+    return true;
+}
+
 int32_t WdlNextToken() {
     if (WdlPendingToken != 0) {
         WdlToken = WdlPendingToken;
@@ -272,7 +329,7 @@ int32_t WdlNextToken() {
     }
     do {
         char c = NextChar();
-        while (c != '\0' && (IsBlank(c) || c == ',')) c = NextChar();
+        while (c != '\0' && (Is(c, BLANK) || c == ',')) c = NextChar();
         WdlText[0] = '\0';
         WdlToken = c == '\0' ? TOKEN_END : ScanToken(c);
     } while (WdlToken == NO_TOKEN);

@@ -61,6 +61,10 @@ void InitWdlLexer(TextReader *file);
 char WdlReadLine();
 // The next character; a line end counts as one blank; 0 at the end of the file.
 char WdlGetChar();
+// Two numbers of at most 32 bits, where they stand in the line with a blank between them and the first one is
+// the next token; the same as two calls of WdlNextToken, for the many data items of a document. False, with
+// nothing read, for all else.
+bool WdlReadPair(bool hexadecimal, uint32_t &value, uint32_t &duration);
 // The next token, to WdlToken and WdlText; TOKEN_END also behind a token that is too long, which is a syntax
 // error.
 int32_t WdlNextToken();

@@ -74,7 +74,6 @@ void AppendMarked(char mark, uint32_t number) {
 // The reader takes these at the start of a statement for something else than a name. A closing bracket that
 // closes nothing hides them, and is no part of the name.
 void AppendStatementName(const Pattern *pattern) {
-    MakeRoom(strlen(pattern->name()) + 1);
     if (strchr("{=%;,", *pattern->name())) Append("]");
     Append(pattern->name());
 }

@@ -18,7 +18,10 @@ void ConfigurationPath(char (&path)[MAX_PATH_SIZE]) {
         if (!user[0] || snprintf(path, sizeof path, "%s%cKelvane", user, PathSeparator) >= MAX_PATH_SIZE)
             path[0] = '\0';
     }
-    if (path[0] && !MakeDirectory(path)) path[0] = '\0';
+    // The current directory changes while the program runs.
+    char full[MAX_PATH_SIZE];
+    bool made = FullPath(path, full) && MakeDirectory(full);
+    snprintf(path, sizeof path, "%s", made ? full : "");
 }
 
 } // namespace
@@ -31,7 +34,7 @@ void OGXEDACopyContextPath(DesignContext, const char *key, char *buffer) {
     char path[MAX_PATH_SIZE] = "";
     if (strcmp(key, "config") == 0) ConfigurationPath(path);
     if (strcmp(key, "bin") == 0) ProgramDirectory(path, sizeof path);
-    strcpy(buffer, path);
+    snprintf(buffer, sizeof path, "%s", path);
 }
 
 void OGXEDACopyContextSymbol(DesignContext, const char *, char *buffer) {

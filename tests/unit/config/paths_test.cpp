@@ -51,6 +51,16 @@ TEST_F(Paths, TheConfigurationLiesWhereTheEnvironmentSaysAndIsMade) {
     EXPECT_STREQ(SimulatorIniPath, "");
 }
 
+TEST_F(Paths, ARelativeConfigurationStaysInItsPlaceWhenTheCurrentDirectoryChanges) {
+    fs::path before = fs::current_path();
+    fs::current_path(scratch.path);
+    std::string expected = fs::current_path().string() + "/settings";
+    setenv("KELVANE_CONFIG", "settings", 1);
+    ReadDesignContext();
+    fs::current_path(before);
+    EXPECT_EQ(ConfigDirectory, expected);
+}
+
 TEST_F(Paths, OtherwiseItLiesWithTheUsersConfiguration) {
     ReadDesignContext();
     EXPECT_EQ(ConfigDirectory, scratch.path + "/Kelvane");

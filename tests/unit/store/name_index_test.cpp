@@ -1,5 +1,6 @@
 #include "store/name_index.h"
 
+#include "config/settings.h"
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
@@ -46,6 +47,17 @@ std::vector<Hit> LinearVisit(const std::string &member) {
             },
             &search);
         if (found) hits.push_back({static_cast<uint16_t>(id), search.position});
+    }
+    return hits;
+}
+
+// The same by the positions, for names of too many members to visit.
+std::vector<Hit> VisitByPosition(const std::string &member) {
+    std::vector<Hit> hits;
+    for (uint32_t id = HighestPatternId; id >= 1; --id) {
+        if (!PatternInUse(id)) continue;
+        uint32_t position = BusMemberPosition(PatternFromId(id)->name(), member);
+        if (position != 0) hits.push_back({static_cast<uint16_t>(id), position});
     }
     return hits;
 }
@@ -121,6 +133,33 @@ TEST_F(NameIndex, GivesWhatTheLinearSearchGives) {
         std::string wanted = name();
         ASSERT_EQ(NameIndexFind(wanted), LinearFind(wanted)) << wanted;
         ASSERT_EQ(IndexVisit(wanted), LinearVisit(wanted)) << wanted;
+    }
+}
+
+TEST_F(NameIndex, FollowsTheSeparatorOfLevelsWhichSaysWhatARangeIs) {
+    Settings.HierChar = '.';
+    MakePattern("A<3:0>");
+    EXPECT_EQ(IndexVisit("A<1>").size(), 1u);
+    Settings.HierChar = '(';
+    EXPECT_EQ(IndexVisit("A<1>"), LinearVisit("A<1>"));
+    EXPECT_TRUE(IndexVisit("A<1>").empty());
+    EXPECT_EQ(IndexVisit("A<3:0>").size(), 1u);
+    uint16_t second = MakePattern("B<3:0>");
+    Settings.HierChar = '.';
+    EXPECT_EQ(IndexVisit("B<1>").size(), 1u);
+    DeletePattern(PatternFromId(second));
+    EXPECT_TRUE(IndexVisit("B<1>").empty());
+}
+
+TEST_F(NameIndex, FindsMembersOfRangesOfEveryWidth) {
+    MakePattern("$A[0:2000000000]");
+    MakePattern("$A[31:32]");
+    MakePattern("$A[0:100000:1000]");
+    MakePattern("$A[64:0],$A[5]");
+    MakePattern("$A");
+    for (const char *member : {"$A[0]", "$A[5]", "$A[31]", "$A[32]", "$A[33]", "$A[64]", "$A[3000]",
+                               "$A[3001]", "$A[2000000000]", "$A[2000000001]", "$A[-1]", "$A", "$A["}) {
+        EXPECT_EQ(IndexVisit(member), VisitByPosition(member)) << member;
     }
 }
 

@@ -184,14 +184,15 @@ TEST_F(SignalName, ThePositionOfAMemberIsThatOfTheWalk) {
         if (expected == 0) continue;
         bool stemFound = false;
         struct Wanted {
-            std::string_view stem;
+            NameStem stem;
             bool *found;
         } wanted = {MemberStem(member), &stemFound};
         ForEachNameStem(
             text.c_str(),
-            [](std::string_view stem, void *context) {
+            [](const NameStem &stem, void *context) {
                 auto *w = static_cast<Wanted *>(context);
-                if (stem == w->stem) *w->found = true;
+                bool within = stem.low <= w->stem.low && w->stem.high <= stem.high;
+                if (stem.text == w->stem.text && within) *w->found = true;
             },
             &wanted);
         ASSERT_TRUE(stemFound) << text << " " << member;

@@ -178,6 +178,7 @@ TEST_F(TimeText, DropsDigitsBeyondTheLimitWithoutScaling) {
     EXPECT_EQ(TimeParse("5000000000"), 500000000u);
     EXPECT_EQ(TimeParse("9999999999"), 999999999u);
     EXPECT_EQ(TimeParse("4294967289"), 4294967289u);
+    EXPECT_EQ(TimeParse("4294967295"), 429496729u);
     EXPECT_EQ(TimeParse("999999999 ns"), 999999999u);
 }
 

@@ -3,6 +3,7 @@
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
+#include "store/state_table.h"
 #include "unit/support/fresh_store.h"
 #include "walk_log.h"
 
@@ -128,7 +129,7 @@ TEST_F(Walker, DeliversARepeatForeverUpToTheWindowsEnd) {
     AddReference(id, {.id = inner, .repeat = REPEAT_FOREVER});
     EXPECT_EQ(WalkText(id, {.to = 25}), "0-7=0 7-12=1 12-17=0 17-22=1 22-27=0L");
     EXPECT_EQ(PatternDuration(PatternFromId(id)), TIME_FOREVER);
-    EXPECT_EQ(WalkText(id, {.from = 4000000000u, .to = 4000000001u}), "3999999997-4000000002=0L");
+    EXPECT_EQ(WalkText(id, {.from = 4000000000u, .to = 4000000001u}), "3999999997-4000000002=1L");
 }
 
 TEST_F(Walker, ReachesTheEndOfTime) {
@@ -260,6 +261,16 @@ TEST_F(Walker, TakesTheComplementOfABitFromItsStateTable) {
     uint16_t id = Clocked("a", SignalFormat::RC, 10, 50, {{0, 1}, {1, 1}, {2, 1}, {3, 1}});
     EXPECT_EQ(WalkText(id, {.flags = WalkSync}),
               "0-5=0 5-10=1 10-15=1 15-20=0 20-25=2 25-30=0 30-35=3 35-40=0L");
+}
+
+TEST_F(Walker, TakesTheComplementFromTheTableOfTheNode) {
+    StateTable *table = AllocStateTable(2);
+    table->rowCount = 2;
+    table->rows()[0] = {1, 4, 'H', "High", "H"};
+    table->rows()[1] = {0, 4, 'L', "Low", "L"};
+    uint16_t id = MakePattern("a", {{0, 1}, {1, 1}, {2, 1}});
+    SetPatternParams(PatternFromId(id), 1, 0, 4, 10, 50, 0);
+    EXPECT_EQ(WalkText(id, {.flags = WalkSync}), "0-10=0 10-20=1 20-25=2 25-30=1L");
 }
 
 TEST_F(Walker, ExpandsABusWithinItsWidth) {

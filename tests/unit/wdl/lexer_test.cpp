@@ -138,7 +138,13 @@ TEST_F(Lexer, DirectivesAreFoundByTheirKeyword) {
 
 TEST_F(Lexer, TheFirstKeywordOfTheSearchOrderCountsWhereverItStands) {
     EXPECT_EQ(Left("% my ENDTIME is = VERSION;\n"), "24:% my ENDTIME is = VERSION|1:;");
-    EXPECT_EQ(Left("%DECIMALS=ENDTIME;\n"), "27:%DECIMALS=ENDTIME|1:;");
+    constexpr const char *order[] = {"VERSION",    "ENDTIME",    "MASTERCLOCKMULT", "SMALLESTUNIT",
+                                     "AUTOASSIGN", "AUTOEXPORT", "DECIMALS",        "BUSREVERSE"};
+    constexpr int tokens[] = {24, 27, 25, 26, 28, 29, 30, 31};
+    for (size_t i = 0; i + 1 < std::size(order); ++i) {
+        std::string text = std::string("%") + order[i + 1] + "=" + order[i];
+        EXPECT_EQ(Left(text + ";\n"), std::to_string(tokens[i]) + ":" + text + "|1:;");
+    }
 }
 
 TEST_F(Lexer, UnknownDirectivesAreErrors) {
@@ -181,8 +187,7 @@ TEST_F(Lexer, BlankLinesAreLines) {
     EXPECT_EQ(WdlLineNumber, 3);
 }
 
-// --- limits
-// -------------------------------------------------------------------------------------------------
+// --- limits ---
 
 TEST_F(Lexer, ALineOf1021CharactersPassesAndOneOf1022Fails) {
     EXPECT_EQ(Left(std::string(1021, 'x') + "\n"), "11:" + std::string(1021, 'x'));
@@ -245,8 +250,7 @@ TEST_F(Lexer, AllDigitsOfALongNumberAreRead) {
     EXPECT_EQ(Right("#" + digits + "\n"), "4:#" + digits);
 }
 
-// --- where an error stands
-// ------------------------------------------------------------------------------------
+// --- where an error stands ---
 
 TEST_F(Lexer, AnErrorsColumnIsThatOfTheLastCharacterRead) {
     Right("  xyz 1\n");

@@ -1,6 +1,7 @@
 #include "store/state_table.h"
 #include "unit/wdl/wdl_test.h"
 #include "wdl/compiler.h"
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -24,7 +25,7 @@ void AddTable(const char *name) {
     StateTable *table = AllocStateTable(1);
     ASSERT_NE(table, nullptr);
     memset(table, 0, sizeof *table + sizeof(StateRow));
-    strcpy(table->tableName, name);
+    snprintf(table->tableName, sizeof table->tableName, "%s", name);
     table->rowCount = 1;
 }
 

@@ -11,8 +11,7 @@ class Statements : public WdlTest {};
 
 } // namespace
 
-// --- whole statements
-// ---------------------------------------------------------------------------------------
+// --- whole statements ---
 
 TEST_F(Statements, EmptyTextAndBlankLinesGiveAnEmptyDocument) {
     EXPECT_EQ(FirstError(""), "");
@@ -83,8 +82,7 @@ TEST_F(Statements, ACharacterLeftBehindByAnErrorDoesNotReachTheNextFile) {
     EXPECT_EQ(ItemsOf("b"), "1:5");
 }
 
-// --- left of the "="
-// ------------------------------------------------------------------------------------------
+// --- left of the "=" ---
 
 TEST_F(Statements, APatternMayBeReferredToBeforeItIsDefined) {
     EXPECT_EQ(FirstError("a = $p;\n$p = 1 5;\n"), "");
@@ -136,15 +134,15 @@ TEST_F(Statements, ABusOf33MembersGivesNoRecordAndNoErrorByItself) {
 }
 
 TEST_F(Statements, NewNodesFollowAutoAssign) {
-    EXPECT_EQ(FirstError("%AUTOASSIGN = 0;\na = ;\n%AUTOASSIGN = 1;\nb = ;\n$p = ;\nc { Default } = ;\n"), "");
+    EXPECT_EQ(FirstError("%AUTOASSIGN = 0;\na = ;\n%AUTOASSIGN = 1;\nb = ;\n$p = ;\nc { Default } = ;\n"),
+              "");
     EXPECT_EQ(Named("a").clock(), 0u);
     EXPECT_EQ(Named("b").clock(), 1u);
     EXPECT_EQ(Named("$p").clock(), 0u);
     EXPECT_EQ(Named("c").clock(), 0u);
 }
 
-// --- right of the "="
-// -----------------------------------------------------------------------------------------
+// --- right of the "=" ---
 
 TEST_F(Statements, ValuesAreDecimalInABitAndHexadecimalInABus) {
     EXPECT_EQ(FirstError("a = 10 10;\nD[7:0] = 10 10 fF 10;\n"), "");
@@ -316,7 +314,7 @@ TEST_F(Statements, OtherTokensDoNotBelongOnTheirSide) {
     EXPECT_EQ(MessageOf("a = %ENDTIME=5;\n"), "Invalid operation on right of '='");
 }
 
-// --- what a reference may lead to -------------------------------------------------------------------------
+// --- what a reference may lead to ---
 
 TEST_F(Statements, AReferenceFillsTheNewestPatternOfThatNameWhateverItsCase) {
     EXPECT_EQ(FirstError("$Pat = 1 5;\na = $pAT;\n"), "");
@@ -328,8 +326,7 @@ TEST_F(Statements, AReferencedBusIsHexadecimalWhenDefined) {
     EXPECT_EQ(ItemsOf("$p[3:0]"), "15:5");
 }
 
-// --- limits
-// -------------------------------------------------------------------------------------------------
+// --- limits ---
 
 namespace {
 

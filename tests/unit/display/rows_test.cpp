@@ -1,0 +1,391 @@
+#include "unit/display/display_fixture.h"
+
+#include "display/primitives.h"
+#include "editlog/edit_log.h"
+#include "store/mutators.h"
+
+using RowList = Display;
+
+namespace {
+
+using Names = std::vector<std::string>;
+using RowSet = std::vector<uint32_t>;
+const std::vector<std::string> TOO_MANY = {"Too many waveforms displayed"};
+
+// Rows of `count` nodes named N0, N1, ...
+void MakeRows(uint32_t count) {
+    for (uint32_t i = 0; i < count; i++) MakeRow(("N" + std::to_string(i)).c_str());
+    MeasureNameWidths();
+}
+
+void Highlight(std::initializer_list<uint32_t> rows) {
+    for (uint32_t row : rows) WaveRows[row].setHighlighted(true);
+}
+
+int32_t WidthOf(const std::string &name) {
+    return TextWidth((name + "  P").c_str());
+}
+
+} // namespace
+
+// --- ShowWaveByName ---
+
+TEST_F(RowList, ShowingAPatternAppendsARowAndSelectsIt) {
+    MakeRows(2);
+    uint16_t id = MakePattern("NEW", {{0, 10}});
+    PatternFromId(id)->setChanged(false);
+    EXPECT_EQ(ShowWaveByName("new"), PatternFromId(id));
+    EXPECT_EQ(RowNames(), (Names{"N0", "N1", "NEW"}));
+    EXPECT_TRUE(WaveRows[2].isWave());
+    EXPECT_EQ(HighlightedRows(), RowSet{2});
+    EXPECT_EQ(WaveView.SelectRow, 2u);
+    EXPECT_EQ(WaveView.SelectRowLast, 2u);
+    EXPECT_TRUE(PatternFromId(id)->changed());
+}
+
+TEST_F(RowList, OfTwoPatternsOfANameTheNewestIsShown) {
+    MakePattern("SAME");
+    uint16_t newest = MakePattern("same");
+    EXPECT_EQ(ShowWaveByName("Same"), PatternFromId(newest));
+    EXPECT_EQ(WaveRows[0].PatternId, newest);
+}
+
+TEST_F(RowList, AnUnknownNameShowsNothingAndSaysNothing) {
+    MakeRows(1);
+    EXPECT_EQ(ShowWaveByName("NOBODY"), nullptr);
+    EXPECT_EQ(ShowWaveByName(""), nullptr);
+    EXPECT_EQ(RowNames(), Names{"N0"});
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+TEST_F(RowList, APatternThatHasARowIsSelectedInItsFirstOne) {
+    MakeRows(3);
+    AppendRowOf(WaveRows[1].PatternId);
+    Highlight({0, 3});
+    ShowWaveByName("N1");
+    EXPECT_EQ(RowNames(), (Names{"N0", "N1", "N2", "N1"}));
+    EXPECT_EQ(HighlightedRows(), RowSet{1});
+    EXPECT_EQ(WaveView.SelectRow, 1u);
+}
+
+TEST_F(RowList, ShowingScrollsTheRowIntoView) {
+    MakeRows(60);
+    ShowWaveByName("N50");
+    EXPECT_GT(WaveView.TopRow, 0u);
+    EXPECT_LE(WaveView.TopRow, 50u);
+    EXPECT_EQ(WaveView.TopPixel, WaveView.TopRow * static_cast<uint32_t>(WaveView.RowHeight));
+}
+
+TEST_F(RowList, ACompositeIsNoWave) {
+    uint16_t id = MakePattern("COMP");
+    PatternFromId(id)->setKind(PatternKind::Composite);
+    ShowWaveByName("COMP");
+    EXPECT_FALSE(WaveRows[0].isWave());
+}
+
+TEST_F(RowList, Row256IsAcceptedAndRow257Refused) {
+    MakeRows(255);
+    MakePattern("LAST");
+    MakePattern("BEYOND");
+    EXPECT_NE(ShowWaveByName("LAST"), nullptr);
+    EXPECT_EQ(WaveView.RowCount, 256u);
+    EXPECT_TRUE(Headless.userErrors.empty());
+    Names before = RowNames();
+    EXPECT_NE(ShowWaveByName("BEYOND"), nullptr);
+    EXPECT_EQ(Headless.userErrors, TOO_MANY);
+    EXPECT_EQ(RowNames(), before);
+    EXPECT_EQ(HighlightedRows(), RowSet{255});
+}
+
+TEST_F(RowList, ShowingRaisesTheNameWidth) {
+    MakeRows(1);
+    MakePattern("QUITE_A_LONG_NAME");
+    ShowWaveByName("QUITE_A_LONG_NAME");
+    EXPECT_EQ(WaveView.NameTextWidth, WidthOf("QUITE_A_LONG_NAME"));
+    MakePattern("S");
+    ShowWaveByName("S");
+    EXPECT_EQ(WaveView.NameTextWidth, WidthOf("QUITE_A_LONG_NAME"));
+}
+
+TEST_F(RowList, WhileADocumentIsReadOnlyTheTableChanges) {
+    DisplayOpen = 0;
+    MakePattern("A", {{0, 5}});
+    ForgetCalls();
+    ShowWaveByName("A");
+    AddWaveRow(WaveRows[0].PatternId, 0);
+    EXPECT_EQ(RowNames(), (Names{"A", "A"}));
+    Highlight({1});
+    DuplicateHighlightedRows();
+    HideRow(1);
+    EXPECT_EQ(RowNames(), (Names{"A", "A"}));
+    HideHighlightedRows();
+    EXPECT_EQ(RowNames(), Names{"A"});
+    EXPECT_TRUE(HeadlessSurface.calls.empty());
+    EXPECT_TRUE(Headless.invalidated.empty());
+    EXPECT_EQ(HighlightedRows(), RowSet{});
+    EXPECT_EQ(WaveView.NameTextWidth, 0);
+}
+
+// --- AddWaveRow ---
+
+TEST_F(RowList, ARowIsInsertedBeforeAnother) {
+    MakeRows(3);
+    Highlight({0, 2});
+    uint16_t id = MakePattern("IN");
+    AddWaveRow(id, 1);
+    EXPECT_EQ(RowNames(), (Names{"N0", "IN", "N1", "N2"}));
+    EXPECT_EQ(HighlightedRows(), RowSet{1});
+    EXPECT_EQ(WaveView.SelectRow, 1u);
+    EXPECT_EQ(WaveView.SelectRowLast, 1u);
+}
+
+TEST_F(RowList, ARowIsInsertedAtTheEnd) {
+    MakeRows(2);
+    AddWaveRow(MakePattern("END"), 2);
+    EXPECT_EQ(RowNames(), (Names{"N0", "N1", "END"}));
+}
+
+TEST_F(RowList, AnInsertedRowStartsWithoutHandlesAndMarksItsPattern) {
+    MakeRows(1);
+    WaveRows[0].NetHandles[0] = 7;
+    WaveRows[0].setNetCount(1);
+    uint16_t id = WaveRows[0].PatternId;
+    PatternFromId(id)->setChanged(false);
+    AddWaveRow(id, 0);
+    EXPECT_EQ(WaveRows[0].NetHandles[0], 0u);
+    EXPECT_EQ(WaveRows[0].netCount(), 0u);
+    EXPECT_EQ(WaveRows[1].netCount(), 1u);
+    EXPECT_TRUE(PatternFromId(id)->changed());
+}
+
+TEST_F(RowList, AFullTableMovesItsRowsAndThenRefuses) {
+    MakeRows(256);
+    AddWaveRow(MakePattern("IN"), 254);
+    EXPECT_EQ(Headless.userErrors, TOO_MANY);
+    EXPECT_EQ(WaveView.RowCount, 256u);
+    Names names = RowNames();
+    EXPECT_EQ(names[253], "N253");
+    EXPECT_EQ(names[254], "N254");
+    EXPECT_EQ(names[255], "N254");
+}
+
+// --- Duplicate ---
+
+TEST_F(RowList, DuplicatesFollowInOrderAndTakeTheHighlight) {
+    MakeRows(4);
+    Highlight({1, 3});
+    WaveRows[1].NetHandles[0] = 11;
+    WaveRows[1].setNetCount(1);
+    DuplicateHighlightedRows();
+    EXPECT_EQ(RowNames(), (Names{"N0", "N1", "N2", "N3", "N1", "N3"}));
+    EXPECT_EQ(HighlightedRows(), (RowSet{4, 5}));
+    EXPECT_EQ(WaveRows[4].NetHandles[0], 11u);
+    EXPECT_EQ(WaveRows[4].netCount(), 1u);
+    EXPECT_EQ(WaveView.SelectRow, 4u);
+    EXPECT_EQ(WaveView.SelectRowLast, 5u);
+}
+
+TEST_F(RowList, WithNothingHighlightedNothingIsDuplicated) {
+    MakeRows(2);
+    WaveView.SelectRow = 1;
+    ForgetCalls();
+    DuplicateHighlightedRows();
+    EXPECT_EQ(WaveView.RowCount, 2u);
+    EXPECT_EQ(WaveView.SelectRow, 1u);
+    EXPECT_TRUE(HeadlessSurface.calls.empty());
+}
+
+TEST_F(RowList, DuplicatingUpToTheLimitReportsItOnce) {
+    MakeRows(255);
+    Highlight({3, 9, 12});
+    DuplicateHighlightedRows();
+    EXPECT_EQ(WaveView.RowCount, 256u);
+    EXPECT_EQ(Headless.userErrors, TOO_MANY);
+    EXPECT_EQ(RowNames()[255], "N3");
+    EXPECT_EQ(HighlightedRows(), (RowSet{9, 12, 255}));
+}
+
+// --- Hide ---
+
+TEST_F(RowList, HidingARowClosesTheGap) {
+    MakeRows(3);
+    WaveView.SelectRow = 0;
+    HideRow(1);
+    EXPECT_EQ(RowNames(), (Names{"N0", "N2"}));
+    EXPECT_EQ(WaveView.SelectRow, NO_ROW);
+}
+
+TEST_F(RowList, HidingARowThatIsNotThereDoesNothing) {
+    MakeRows(2);
+    HideRow(2);
+    HideRow(NO_ROW);
+    EXPECT_EQ(RowNames(), (Names{"N0", "N1"}));
+}
+
+TEST_F(RowList, HidingTheWidestNameShrinksTheWidth) {
+    MakeRow("A");
+    MakeRow("THE_WIDEST_OF_THEM");
+    MakeRow("MIDDLE");
+    MeasureNameWidths();
+    HideRow(1);
+    EXPECT_EQ(WaveView.NameTextWidth, WidthOf("MIDDLE"));
+}
+
+TEST_F(RowList, HidingAnotherNameDoesNotMeasureAgain) {
+    MakeRow("A");
+    MakeRow("THE_WIDEST_OF_THEM");
+    WaveView.NameTextWidth = 500; // only a new measurement would change it
+    HideRow(0);
+    EXPECT_EQ(WaveView.NameTextWidth, 500);
+}
+
+TEST_F(RowList, HidingTheOnlyRowLeavesNoWidth) {
+    MakeRow("A");
+    MeasureNameWidths();
+    HideRow(0);
+    EXPECT_EQ(WaveView.RowCount, 0u);
+    EXPECT_EQ(WaveView.NameTextWidth, 0);
+}
+
+TEST_F(RowList, HidingTheHighlightedRowsClearsTheSelection) {
+    MakeRows(5);
+    Highlight({1, 2, 4});
+    WaveView.SelectActive = true;
+    WaveView.SelectRow = 1;
+    HideHighlightedRows();
+    EXPECT_EQ(RowNames(), (Names{"N0", "N3"}));
+    EXPECT_EQ(WaveView.SelectRow, 2u);
+    EXPECT_EQ(WaveView.SelectRowLast, 2u);
+    EXPECT_FALSE(WaveView.SelectActive);
+}
+
+TEST_F(RowList, HidingSeveralRowsMeasuresAgainIfTheWidestWasAmongThem) {
+    MakeRow("THE_WIDEST_OF_THEM");
+    MakeRow("A");
+    MakeRow("MIDDLE");
+    MeasureNameWidths();
+    Highlight({0, 1});
+    HideHighlightedRows();
+    EXPECT_EQ(WaveView.NameTextWidth, WidthOf("MIDDLE"));
+}
+
+TEST_F(RowList, HidingSeveralRowsRemembersThatTheWidestWasTheFirstToGo) {
+    MakeRow("A");
+    MakeRow("MIDDLE");
+    MakeRow("THE_WIDEST_OF_THEM");
+    MeasureNameWidths();
+    Highlight({0, 2});
+    HideHighlightedRows();
+    EXPECT_EQ(WaveView.NameTextWidth, WidthOf("MIDDLE"));
+}
+
+TEST_F(RowList, HidingAllRowsLeavesAnEmptyList) {
+    MakeRows(3);
+    Highlight({0, 1, 2});
+    HideHighlightedRows();
+    EXPECT_EQ(WaveView.RowCount, 0u);
+    EXPECT_EQ(WaveView.NameTextWidth, 0);
+}
+
+TEST_F(RowList, HidingRedrawsOnlyFromTheLowestRowRemoved) {
+    MakeRows(5);
+    Highlight({2, 3});
+    ForgetCalls();
+    HideHighlightedRows();
+    EXPECT_EQ(DrawnTexts(), Names{"N4  T"});
+}
+
+// --- names, selection, handles ---
+
+TEST_F(RowList, TheWidestNameIsMeasured) {
+    MakeRow("A");
+    MakeRow("LONGER_NAME");
+    EXPECT_EQ(MeasureNameWidths(), WidthOf("LONGER_NAME"));
+    EXPECT_EQ(WaveView.NameTextWidth, WidthOf("LONGER_NAME"));
+}
+
+TEST_F(RowList, NothingIsMeasuredWhileADocumentIsRead) {
+    MakeRow("A");
+    WaveView.NameTextWidth = 33;
+    DisplayOpen = 0;
+    EXPECT_EQ(MeasureNameWidths(), 33);
+}
+
+TEST_F(RowList, SelectingARowRedrawsOnlyTheNamesThatChange) {
+    MakeRows(4);
+    Highlight({0});
+    ForgetCalls();
+    SelectRowHighlight(2, true);
+    EXPECT_EQ(HighlightedRows(), RowSet{2});
+    EXPECT_EQ(DrawnTexts(), (Names{"N0  T", "N2  T"}));
+}
+
+TEST_F(RowList, ARowCanJoinTheHighlight) {
+    MakeRows(3);
+    Highlight({0});
+    WaveView.SelectRow = 0;
+    SelectRowHighlight(2, false);
+    EXPECT_EQ(HighlightedRows(), (RowSet{0, 2}));
+    EXPECT_EQ(WaveView.SelectRow, 0u);
+    SelectRowOnly(1, false);
+    EXPECT_EQ(HighlightedRows(), (RowSet{0, 1, 2}));
+    EXPECT_EQ(WaveView.SelectRow, 1u);
+}
+
+TEST_F(RowList, SelectingNoRowClearsTheHighlight) {
+    MakeRows(3);
+    Highlight({0, 1});
+    SelectRowHighlight(WaveView.RowCount, true);
+    EXPECT_EQ(HighlightedRows(), RowSet{});
+}
+
+namespace {
+
+Names askedNets;
+uint32_t AnswerNet(const char *name) {
+    askedNets.emplace_back(name);
+    return static_cast<uint32_t>(askedNets.size() % 3); // 0 among them
+}
+
+class LinkedRows : public Display {
+protected:
+    void SetUp() override {
+        Display::SetUp();
+        askedNets.clear();
+        HierDisplayNetHook = AnswerNet;
+    }
+    void TearDown() override {
+        HierDisplayNetHook = nullptr;
+        Display::TearDown();
+    }
+};
+
+} // namespace
+
+TEST_F(LinkedRows, ANewRowAsksForEachNetOfItsBus) {
+    MakePattern("D[2:0]", {}, 3);
+    ShowWaveByName("D[2:0]");
+    EXPECT_EQ(askedNets, (Names{"D[2]", "D[1]", "D[0]"}));
+    EXPECT_EQ(WaveRows[0].netCount(), 3u);
+    EXPECT_EQ(WaveRows[0].NetHandles[0], 1u);
+    EXPECT_EQ(WaveRows[0].NetHandles[1], 2u);
+    EXPECT_EQ(WaveRows[0].NetHandles[2], 0u);
+}
+
+TEST_F(LinkedRows, RebindingAsksForAllRowsInOrderBehindTheOldHandles) {
+    MakeRows(2);
+    WaveRows[0].setNetCount(1);
+    WaveRows[0].NetHandles[0] = 99;
+    RebindNetHandles();
+    EXPECT_EQ(askedNets, (Names{"N0", "N1"}));
+    EXPECT_EQ(WaveRows[0].netCount(), 2u);
+    EXPECT_EQ(WaveRows[0].NetHandles[0], 99u);
+    EXPECT_EQ(WaveRows[0].NetHandles[1], 1u);
+}
+
+TEST_F(LinkedRows, NoMoreThan32HandlesAreKept) {
+    MakePattern("W[31:0]", {}, 32);
+    ShowWaveByName("W[31:0]");
+    RebindNetHandles();
+    EXPECT_EQ(WaveRows[0].netCount(), 32u);
+}

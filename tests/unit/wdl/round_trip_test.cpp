@@ -1,0 +1,267 @@
+// What is written reads back to an equal document.
+#include "config/settings.h"
+#include "edit/buses.h"
+#include "store/mutators.h"
+#include "store/pattern_store.h"
+#include "store/state_table.h"
+#include "unit/support/random_document.h"
+#include "unit/wdl/wdl_test.h"
+#include <algorithm>
+
+namespace {
+
+class RoundTrip : public WdlTest {
+protected:
+    void emptyStore() {
+        PatternStoreFree();
+        InitSettings();
+        ASSERT_EQ(PatternStoreInit(), 1);
+        LoadStateTables();
+        AddRandomStateTables();
+    }
+    // Reads `text` into an empty store; "" or the first error.
+    std::string readBack(const std::string &text) {
+        emptyStore();
+        if (Compile(text)) return "";
+        return std::to_string(errors[0].line) + ": " + errors[0].message;
+    }
+    // What a document of this text is written as once it has been read.
+    std::string rewritten(const std::string &text) {
+        EXPECT_EQ(readBack(text), "") << text;
+        return WrittenStatements();
+    }
+};
+
+size_t LongestLine(const std::string &text) {
+    size_t longest = 0;
+    for (size_t start = 0; start < text.size();) {
+        size_t end = text.find('\n', start);
+        longest = std::max(longest, end - start);
+        start = end + 1;
+    }
+    return longest;
+}
+
+} // namespace
+
+TEST_F(RoundTrip, RandomDocumentsComeBackEqual) {
+    for (uint32_t seed = 1; seed <= 5000; ++seed) {
+        emptyStore();
+        BuildRandomDocument(seed);
+        std::string document = DocumentText();
+        std::string text = WrittenText();
+        ASSERT_LE(LongestLine(text), 1021u) << "seed " << seed;
+        ASSERT_EQ(readBack(text), "") << "seed " << seed << "\n" << text;
+        ASSERT_EQ(DocumentText(), document) << "seed " << seed << "\n" << text;
+        ASSERT_EQ(HeapFault(), "") << "seed " << seed;
+    }
+}
+
+TEST_F(RoundTrip, TheOrderOfStatementsSettles) {
+    for (uint32_t seed = 1; seed <= 300; ++seed) {
+        emptyStore();
+        BuildRandomDocument(seed);
+        std::string text = WrittenText();
+        std::string before;
+        for (int round = 0; round < 20 && text != before; ++round) {
+            before = text;
+            ASSERT_EQ(readBack(text), "");
+            text = WrittenText();
+        }
+        ASSERT_EQ(text, before) << "seed " << seed;
+    }
+}
+
+TEST_F(RoundTrip, TabsInsteadOfBlanksMakeNoDifference) {
+    for (uint32_t seed = 1; seed <= 300; ++seed) {
+        emptyStore();
+        BuildRandomDocument(seed);
+        std::string document = DocumentText();
+        std::string text = WrittenText();
+        std::replace(text.begin(), text.end(), ' ', '\t');
+        ASSERT_EQ(readBack(text), "") << "seed " << seed;
+        ASSERT_EQ(DocumentText(), document) << "seed " << seed;
+    }
+}
+
+TEST_F(RoundTrip, RandomDocumentsHaveEverythingInThem) {
+    uint32_t composites = 0, slices = 0, wholeSlices = 0, nests = 0, forevers = 0, formats = 0, clocks = 0,
+             tables = 0, delays = 0, forced = 0, longNames = 0;
+    for (uint32_t seed = 1; seed <= 300; ++seed) {
+        emptyStore();
+        BuildRandomDocument(seed);
+        for (uint32_t id = 1; id <= HighestPatternId; ++id) {
+            const Pattern *p = PatternFromId(id);
+            composites += p->kind() == PatternKind::Composite;
+            nests += p->nameLength == 0;
+            formats += p->format() != SignalFormat::None;
+            clocks += p->clock() != 0;
+            tables += p->stateTable() != 0;
+            delays += p->delay != 0;
+            longNames += p->nameLength > 900;
+            for (uint32_t i = 0; i < p->itemCount; ++i) {
+                const PatternItem &item = p->item(i);
+                if (!item.isReference()) continue;
+                forevers += item.repeat() == REPEAT_FOREVER;
+                forced += item.forcedFormat() != 0;
+                slices += p->kind() == PatternKind::Reference;
+                wholeSlices += p->kind() == PatternKind::Reference && item.sliceWidth() == 0;
+            }
+        }
+    }
+    for (uint32_t count : {composites, slices, wholeSlices, nests, forevers, formats, clocks, tables, delays,
+                           forced, longNames}) {
+        EXPECT_GT(count, 5u);
+    }
+}
+
+// --- what does not come back ---
+
+TEST_F(RoundTrip, TheEighthClockComesBackAsNone) {
+    ASSERT_EQ(readBack("a { H Test Default None 0 1 50 } = ;\n"), "");
+    EXPECT_EQ(Named("a").clock(), 8u);
+    EXPECT_EQ(WrittenStatements(), "a { I Test Default None 0 1 50 } = ;\n");
+    ASSERT_EQ(readBack(WrittenText()), "");
+    EXPECT_EQ(Named("a").clock(), 0u);
+}
+
+TEST_F(RoundTrip, ACompositeWhoseLaterMembersHaveNoNamesComesBackPlain) {
+    ASSERT_EQ(readBack("$a = $p + (1 5) + (0 5);\n"), "");
+    EXPECT_EQ(Named("$a").kind(), PatternKind::Composite);
+    ASSERT_EQ(readBack(WrittenText()), "");
+    EXPECT_EQ(Named("$a").kind(), PatternKind::Plain);
+    EXPECT_EQ(ItemsOf("$a"), "$p (1:5) (0:5)");
+}
+
+TEST_F(RoundTrip, ACompositeWithALaterNameComesBack) {
+    const char *text = "$a = $p + (1 5) + (0 5) + $q;\n";
+    ASSERT_EQ(readBack(text), "");
+    std::string document = DocumentText();
+    ASSERT_EQ(readBack(WrittenText()), "");
+    EXPECT_EQ(DocumentText(), document);
+}
+
+TEST_F(RoundTrip, AForeverInASubPatternIsRefused) {
+    ASSERT_EQ(readBack("$x = $p #65535;\n"), "");
+    EXPECT_EQ(WrittenStatements(), "$x =  $p ## ;\n$p = ;\n");
+    EXPECT_EQ(readBack(WrittenText()), "6: Patterns may not repeat forever");
+}
+
+TEST_F(RoundTrip, AForeverInParenthesesIsRefused) {
+    ASSERT_EQ(readBack("a { Default } = ($p #65535) ;\n"), "");
+    EXPECT_EQ(readBack(WrittenText()), "6: Nested patterns may not repeat forever");
+}
+
+TEST_F(RoundTrip, AForeverBeforeTheEndIsRefused) {
+    ASSERT_EQ(readBack("a { Default } = $p #65535 1 5;\n"), "");
+    EXPECT_EQ(readBack(WrittenText()), "6: Repeat forever must be at end of line");
+}
+
+TEST_F(RoundTrip, ABlockOnAReferencePatternIsLost) {
+    ASSERT_EQ(readBack("D[1:0] = ;\nD[0] { O Default NRZ 3 4 60 };\n"), "");
+    EXPECT_EQ(Named("D[0]").delay, 3u);
+    ASSERT_EQ(readBack(WrittenText()), "");
+    EXPECT_EQ(Named("D[0]").delay, 0u);
+    EXPECT_EQ(Named("D[0]").pinType(), 0u);
+}
+
+TEST_F(RoundTrip, AReferenceToANodeCannotBeRead) {
+    uint16_t node = MakePattern("node", {{1, 5}});
+    AddReference(MakePattern("a"), {node});
+    EXPECT_EQ(readBack(WrittenText()), "7: Illegal use of name");
+    emptyStore();
+    uint16_t word = MakePattern("abc", {{1, 5}});
+    AddReference(MakePattern("b"), {word});
+    EXPECT_EQ(readBack(WrittenText()), "7: Missing duration");
+}
+
+TEST_F(RoundTrip, AForcedFormatInANodeWithAFormatIsRefused) {
+    uint16_t sub = MakePattern("$p", {{1, 5}});
+    uint16_t node = MakePattern("a");
+    SetPatternParams(PatternFromId(node), 0, 0, 1, 1, 50, 0);
+    AddReference(node, {.id = sub, .format = 2});
+    EXPECT_EQ(readBack(WrittenText()), "7: May only force pin types in nodes with types");
+}
+
+TEST_F(RoundTrip, AnUnnamedPatternThatNobodyRefersToIsLost) {
+    MakePattern("", {{1, 5}});
+    MakePattern("a", {{0, 7}});
+    ASSERT_EQ(readBack(WrittenText()), "");
+    EXPECT_EQ(HighestPatternId, 1);
+    EXPECT_EQ(ItemsOf("a"), "0:7");
+}
+
+TEST_F(RoundTrip, AnUnknownStateTableComesBackAsTheFirst) {
+    emptyStore();
+    MakePattern("a", {{0, 7}});
+    const_cast<Pattern &>(Named("a")).setStateTable(2);
+    std::string text = WrittenText();
+    ASSERT_EQ(readBack(text), "");
+    EXPECT_EQ(Named("a").stateTable(), 2u);
+    EXPECT_EQ(CompileAfresh(text), 1);
+    EXPECT_EQ(Named("a").stateTable(), 0u);
+}
+
+// --- what needs care to come back ---
+
+TEST_F(RoundTrip, NamesThatLookLikeSomethingElseComeBack) {
+    for (const char *name : {"%ENDTIME=5", "=x", ",y", "%"}) {
+        emptyStore();
+        MakePattern(name, {{1, 5}});
+        std::string document = DocumentText();
+        ASSERT_EQ(readBack(WrittenText()), "") << name;
+        EXPECT_EQ(DocumentText(), document);
+    }
+}
+
+TEST_F(RoundTrip, ANameThatFillsALineComesBack) {
+    std::string name(1021, 'n');
+    uint16_t sub = MakePattern(("$" + name.substr(1)).c_str(), {{1, 5}});
+    AddReference(MakePattern(name.c_str(), {{1, 5}}), {.id = sub, .scale = 3});
+    AddReference(MakePattern("a", {{1, 5}}), {.id = sub, .repeat = 3, .format = 1});
+    std::string document = DocumentText();
+    EXPECT_EQ(LongestLine(WrittenText()), 1021u);
+    ASSERT_EQ(readBack(WrittenText()), "");
+    EXPECT_EQ(DocumentText(), document);
+}
+
+TEST_F(RoundTrip, LongNamesNeverMakeALineThatCannotBeRead) {
+    for (size_t length = 900; length <= 1021; ++length) {
+        emptyStore();
+        uint16_t sub = MakePattern(("$" + std::string(length - 1, 's')).c_str(), {{1, 5}});
+        uint16_t nested = MakePattern("", {{1, 5}});
+        uint16_t node = MakePattern(std::string(length, 'n').c_str());
+        AddReference(node, {.id = sub, .scale = 12, .repeat = 34, .format = 4});
+        AddReference(node, {.id = nested, .repeat = 3});
+        AddReference(node, {.id = sub, .repeat = REPEAT_FOREVER});
+        std::string document = DocumentText();
+        ASSERT_LE(LongestLine(WrittenText()), 1021u);
+        ASSERT_EQ(readBack(WrittenText()), "") << length;
+        ASSERT_EQ(DocumentText(), document) << length;
+    }
+}
+
+TEST_F(RoundTrip, TheDeepestNestingComesBack) {
+    std::string text = "a { Default } = ";
+    for (uint32_t i = 0; i < MAX_NESTING; ++i) text += "(";
+    text += "1 5";
+    for (uint32_t i = 0; i < MAX_NESTING; ++i) text += ")";
+    ASSERT_EQ(readBack(text + ";\n"), "");
+    std::string document = DocumentText();
+    ASSERT_EQ(readBack(WrittenText()), "");
+    EXPECT_EQ(DocumentText(), document);
+}
+
+TEST_F(RoundTrip, NumbersAtTheirLimitsComeBack) {
+    const char *text = "D[31:0] { A In Default RC 4294967295 2147483648 65535 } = ffffffff 2147483647 0 0;\n"
+                       "a { Default } = 4294967295 1 2147483648 2 $p *65535 #65534 ;\n";
+    ASSERT_EQ(readBack(text), "");
+    std::string document = DocumentText();
+    std::string again = rewritten(WrittenText());
+    EXPECT_EQ(again, "D[31:0] { A In Default RC -1 -2147483648 65535 } = ffffffff 2147483647\n"
+                     "   0 0;\n"
+                     "a { Z Test Default None 0 1 50 } = -1 1 -2147483648 2 $p *65535 #65534 \n"
+                     "  ;\n"
+                     "$p = ;\n");
+    EXPECT_EQ(DocumentText(), document);
+}
