@@ -82,6 +82,14 @@ TEST_F(Statements, ACharacterLeftBehindByAnErrorDoesNotReachTheNextFile) {
     EXPECT_EQ(ItemsOf("b"), "1:5");
 }
 
+TEST_F(Statements, NothingIsReadBehindALineThatIsTooLong) {
+    std::string items;
+    for (int i = 0; i < 1000; ++i) items += " 1 5";
+    EXPECT_EQ(CompileAfresh("a = 1 5\n" + items + ";\n"), 0);
+    EXPECT_EQ(errors.size(), 1u);
+    EXPECT_EQ(ItemsOf("a"), "1:5");
+}
+
 // --- left of the "=" ---
 
 TEST_F(Statements, APatternMayBeReferredToBeforeItIsDefined) {
