@@ -13,6 +13,10 @@ list(FILTER WINDOWS_SOURCES INCLUDE REGEX "_win\\.cpp$")
 if(EXISTS ${CMAKE_SOURCE_DIR}/resources/kelvane.rc)
   add_executable(kelvane WIN32 ${WINDOWS_SOURCES} ${CMAKE_SOURCE_DIR}/resources/kelvane.rc)
   target_include_directories(kelvane PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/resources)
+  # The resource compiler does not tell what it reads.
+  file(GLOB RESOURCE_FILES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*)
+  set_source_files_properties(${CMAKE_SOURCE_DIR}/resources/kelvane.rc PROPERTIES
+    OBJECT_DEPENDS "${RESOURCE_FILES};${CMAKE_SOURCE_DIR}/src/shell/command_ids.h")
   target_compile_options(kelvane PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${WARNINGS}>)
   target_link_libraries(kelvane PRIVATE kelvane_engine comctl32 comdlg32 gdi32 user32 shell32 advapi32)
   target_link_options(kelvane PRIVATE -Wl,-Map,${CMAKE_BINARY_DIR}/kelvane.map)
@@ -22,8 +26,11 @@ endif()
 file(GLOB WINDOW_TESTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/window/*.cpp)
 if(WINDOW_TESTS)
   add_googletest()
-  add_executable(window_tests ${WINDOW_TESTS})
-  target_include_directories(window_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src)
+  # What no command of the program shows yet is tested within the tests' own process.
+  add_executable(window_tests ${WINDOW_TESTS}
+    ${CMAKE_SOURCE_DIR}/src/shell/dialog_items_win.cpp ${CMAKE_SOURCE_DIR}/src/shell/text_dialog_win.cpp)
+  target_include_directories(window_tests PRIVATE
+    ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/resources)
   target_compile_options(window_tests PRIVATE ${WARNINGS})
   add_dependencies(window_tests kelvane)
   target_link_libraries(window_tests PRIVATE gtest gtest_main gdi32 user32 psapi)

@@ -14,7 +14,8 @@
 namespace {
 
 Pattern *SelectedPattern() {
-    if (WaveView.SelectRow >= WaveView.RowCount) return nullptr;
+    // While the program ends there may be a selection but no rows any more.
+    if (!WaveRows || WaveView.SelectRow >= WaveView.RowCount) return nullptr;
     return PatternFromId(WaveRows[WaveView.SelectRow].PatternId);
 }
 

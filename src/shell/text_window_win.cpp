@@ -55,8 +55,9 @@ WindowPlace StartPlace() {
 HWND CreateTextWindow(HWND frame) {
     WindowPlace place = StartPlace();
     HWND window = CreateWindowA(
-        "Listbox", "", WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_VSCROLL, place.left, place.top,
-        place.right - place.left, place.bottom - place.top, frame, nullptr, Instance, nullptr);
+        "Listbox", "", WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_VSCROLL | LBS_NOINTEGRALHEIGHT,
+        place.left, place.top, place.right - place.left, place.bottom - place.top, frame, nullptr, Instance,
+        nullptr);
     if (!window) return nullptr;
     ListClassProc = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ListWndProc)));

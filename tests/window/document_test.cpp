@@ -322,3 +322,17 @@ TEST_F(Document, TheEndOfTheSessionAsksToo) {
     EXPECT_TRUE(editor->dialogGone());
     EXPECT_TRUE(editor->running());
 }
+
+TEST_F(Document, TheEndOfTheSessionLeavesThePlacesAndNoLog) {
+    start("plain.wdl");
+    DWORD_PTR answer = 0;
+    SendMessageTimeoutA(editor->frame(), WM_ENDSESSION, FALSE, 0, SMTO_NORMAL, 20000, &answer);
+    EXPECT_FALSE(directory.has("config\\Kelvane.ini"));
+    SendMessageTimeoutA(editor->frame(), WM_ENDSESSION, TRUE, 0, SMTO_NORMAL, 20000, &answer);
+    EXPECT_NE(directory.read("config\\Kelvane.ini").find("Main-Pos="), std::string::npos);
+    // What may still come until the process is ended does no harm.
+    editor->command(COMMAND_REDRAW);
+    InvalidateRect(editor->pane(3), nullptr, TRUE);
+    editor->close();
+    EXPECT_EQ(editor->ended(), 0u);
+}

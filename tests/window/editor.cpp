@@ -1,6 +1,10 @@
 #include "window/editor.h"
 
+#include "display/rows.h"
+#include "display/wave_view.h"
+#include "editlog/edit_log.h"
 #include "window/map_file.h"
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -316,20 +320,45 @@ void Editor::toFront() const {
     WaitFor([&] { return GetForegroundWindow() == frame(); }, 5);
 }
 
-bool Editor::plant(const std::string &symbol, const void *bytes, size_t size) const {
-    std::optional<uint64_t> offset =
-        OffsetInImage(fs::path(ProgramPath).replace_extension(".map").string(), symbol);
+uint8_t *Editor::address(const std::string &symbol) const {
+    std::string map = fs::path(ProgramPath).replace_extension(".map").string();
+    std::optional<uint64_t> offset = OffsetInImage(map, symbol);
     HMODULE module = nullptr;
     DWORD needed = 0;
-    if (!offset || !EnumProcessModules(process, &module, sizeof module, &needed)) return false;
-    auto *address = reinterpret_cast<uint8_t *>(module) + *offset;
-    return WriteProcessMemory(process, address, bytes, size, nullptr) != 0;
+    if (!offset || !EnumProcessModules(process, &module, sizeof module, &needed)) return nullptr;
+    return reinterpret_cast<uint8_t *>(module) + *offset;
+}
+
+bool Editor::readMemory(const void *from, void *bytes, size_t size) const {
+    return from && ReadProcessMemory(process, from, bytes, size, nullptr);
+}
+
+bool Editor::writeMemory(void *to, const void *bytes, size_t size) const {
+    return to && WriteProcessMemory(process, to, bytes, size, nullptr);
 }
 
 bool Editor::plantChange() const {
     int32_t position = 4;
-    // The position is the record's first field.
-    return plant("EditLog", &position, sizeof position);
+    uint8_t *log = address("EditLog");
+    return log && writeMemory(log + offsetof(EditLogRecord, rPtr), &position, sizeof position);
+}
+
+bool Editor::plantSelectedRow(uint32_t row) const {
+    uint8_t *view = address("WaveView"), *rows = nullptr;
+    WaveRow record;
+    if (!view || !readMemory(address("WaveRows"), &rows, sizeof rows)) return false;
+    rows += row * sizeof record;
+    if (!readMemory(rows, &record, sizeof record)) return false;
+    record.setHighlighted(true);
+    return writeMemory(rows, &record, sizeof record) &&
+           writeMemory(view + offsetof(WaveViewRecord, SelectRow), &row, sizeof row) &&
+           writeMemory(view + offsetof(WaveViewRecord, SelectRowLast), &row, sizeof row);
+}
+
+HWND Editor::window(const std::string &className) const {
+    for (HWND window : windows())
+        if (_stricmp(ClassOf(window).c_str(), className.c_str()) == 0) return window;
+    return nullptr;
 }
 
 // --- input ----------------------------------------------------------------------------------------

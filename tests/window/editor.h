@@ -80,10 +80,16 @@ public:
     void shoot(const std::string &name, HWND window = nullptr) const;
     void toFront() const;
 
-    // Writes to a global of the program, found through the linker's map.
-    bool plant(const std::string &symbol, const void *bytes, size_t size) const;
+    // Where a global of the program lies in its memory, by the linker's map; null if it is not found.
+    uint8_t *address(const std::string &symbol) const;
+    bool readMemory(const void *from, void *bytes, size_t size) const;
+    bool writeMemory(void *to, const void *bytes, size_t size) const;
     // Makes the document count as modified.
     bool plantChange() const;
+    // Selects a row, as a click on it will do.
+    bool plantSelectedRow(uint32_t row) const;
+    // The program's top-level window of a class, null if there is none.
+    HWND window(const std::string &className) const;
 
 private:
     std::vector<HWND> windows() const;

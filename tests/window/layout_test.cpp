@@ -88,6 +88,31 @@ TEST_F(Layout, PanelsAndPromptLineStandAtTheirPlaces) {
     editor.shoot("layout");
 }
 
+TEST_F(Layout, TheTextWindowStandsHiddenInTheLowerRightCorner) {
+    Editor editor(directory, "one.wdl");
+    ASSERT_TRUE(editor.open());
+    HWND text = editor.window("ListBox");
+    ASSERT_NE(text, nullptr);
+    EXPECT_FALSE(IsWindowVisible(text));
+    EXPECT_EQ(GetWindow(text, GW_OWNER), editor.frame());
+    int right = GetSystemMetrics(SM_CXSCREEN) - 20, bottom = GetSystemMetrics(SM_CYSCREEN) - 20;
+    EXPECT_EQ(Text(PlaceOf(text)), Text({right - GetSystemMetrics(SM_CXSCREEN) / 3,
+                                         bottom - GetSystemMetrics(SM_CYSCREEN) / 2, right, bottom}));
+    // Closing only hides it.
+    ShowWindow(text, SW_SHOWNOACTIVATE);
+    SendMessageA(text, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(IsWindow(text));
+    EXPECT_FALSE(IsWindowVisible(text));
+}
+
+TEST_F(Layout, TheMessageWindowIsNeverShown) {
+    Editor editor(directory, "one.wdl");
+    ASSERT_TRUE(editor.open());
+    HWND window = editor.window("OGX.Murrel.MsgWindow");
+    ASSERT_NE(window, nullptr);
+    EXPECT_FALSE(IsWindowVisible(window));
+}
+
 TEST_F(Layout, OnlyTheNamesAndTheWavesHaveScrollBars) {
     Editor editor(directory, "one.wdl");
     ASSERT_TRUE(editor.open());
