@@ -1,0 +1,141 @@
+#include "shell/mode_gestures.h"
+
+#include "display/composition.h"
+#include "display/rows.h"
+#include "display/wave_view.h"
+#include "shell/command_state.h"
+#include "shell/mouse_gesture.h"
+#include <algorithm>
+#include <cstdio>
+
+GestureStateValue GestureState;
+
+namespace {
+
+void Reset() {
+    WaveView.SelectActive = false;
+    GestureState = GestureStateValue::Idle;
+    WaveView.SelectRow = WaveView.RowCount;
+    WaveView.SelectRowLast = WaveView.RowCount;
+    SelectRowHighlight(WaveView.SelectRow, true);
+}
+
+// --- the cursor -----------------------------------------------------------------------------------
+
+uint32_t LastRow() {
+    return WaveView.RowCount - 1;
+}
+
+void MoveCursorTo(TimeVal time) {
+    if (time == WaveView.CursorTime) return;
+    WaveView.CursorTime = time;
+    char line[PROMPT_SIZE];
+    snprintf(line, sizeof line, "Time = %s", TimeFormat(time));
+    SetPromptQuick(line);
+}
+
+void TrackQuery() {
+    MoveCursorTo(MouseGesture.PressTime);
+    // The ruler stands beside no row.
+    if (MouseGesture.pane == Pane::Ruler || WaveView.RowCount == 0) return;
+    uint32_t row = std::min(MouseGesture.PressRow, LastRow());
+    if (row != WaveView.SelectRow) SelectRowOnly(row, true);
+}
+
+void PressInWaves() {
+    WaveView.SelectActive = false;
+    GestureState = GestureStateValue::QueryTracking;
+    // A click on one of several selected rows leaves it alone.
+    if (MouseGesture.pane == Pane::Wave) SelectRowOnly(std::min(MouseGesture.PressRow, LastRow()), true);
+    TrackQuery();
+}
+
+// --- rows in the name column ----------------------------------------------------------------------
+
+void Highlight(uint32_t row, bool on) {
+    if (WaveRows[row].highlighted() == on) return;
+    WaveRows[row].setHighlighted(on);
+    DrawRowName(row);
+}
+
+// Selects the rows from the one where the range began to `row`, in either direction.
+void TrackRowRange(uint32_t row) {
+    WaveView.SelectRowLast = std::min(row, LastRow());
+    auto [first, last] = std::minmax(WaveView.SelectRow, WaveView.SelectRowLast);
+    for (uint32_t other = 0; other < WaveView.RowCount; other++) {
+        Highlight(other, other >= first && other <= last);
+    }
+}
+
+uint32_t FirstHighlighted() {
+    uint32_t row = 0;
+    while (row < WaveView.RowCount && !WaveRows[row].highlighted()) row++;
+    return row;
+}
+
+// Adds the row to the selection, or takes it out.
+void ToggleRow(uint32_t row) {
+    Highlight(row, !WaveRows[row].highlighted());
+    WaveView.SelectRow = WaveRows[row].highlighted() ? row : FirstHighlighted();
+    WaveView.SelectRowLast = WaveView.SelectRow;
+}
+
+void PressInNames() {
+    WaveView.SelectActive = false;
+    uint32_t row = std::min(MouseGesture.PressRow, LastRow());
+    if (MouseGesture.keys.control) {
+        ToggleRow(row);
+        return;
+    }
+    GestureState = GestureStateValue::RowRange;
+    if (MouseGesture.keys.shift && WaveView.SelectRow < WaveView.RowCount) {
+        TrackRowRange(row);
+    } else {
+        SelectRowOnly(row, true);
+    }
+}
+
+void Press() {
+    if (WaveView.RowCount == 0) {
+        WaveView.SelectRow = 0;
+        WaveView.SelectActive = false;
+        GestureState = GestureStateValue::Idle;
+    } else if (MouseGesture.pane == Pane::Name) {
+        PressInNames();
+    } else {
+        PressInWaves();
+    }
+}
+
+} // namespace
+
+void InitModeGestures() {
+    GestureState = GestureStateValue::Idle;
+}
+
+void RunModeGesture() {
+    switch (CommandState.CommandPhase) {
+    case PHASE_STARTING:
+    case PHASE_PASTING:
+    case PHASE_ENDING:
+        Reset();
+        break;
+    case PHASE_PRESSED:
+    case PHASE_SHIFT_PRESSED:
+        Press();
+        break;
+    case PHASE_RELEASED:
+        GestureState = GestureStateValue::Idle;
+        break;
+    default:
+        break;
+    }
+    if (GestureState != GestureStateValue::Idle) CommandState.CursorMode |= CURSOR_TRACK;
+}
+
+void TrackModeGesture() {
+    if (GestureState == GestureStateValue::QueryTracking) TrackQuery();
+    if (GestureState == GestureStateValue::RowRange && WaveView.RowCount > 0) {
+        TrackRowRange(MouseGesture.PressRow);
+    }
+}
