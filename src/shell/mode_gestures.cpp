@@ -35,10 +35,10 @@ void MoveCursorTo(TimeVal time) {
 }
 
 void TrackQuery() {
-    MoveCursorTo(MouseGesture.PressTime);
+    MoveCursorTo(Mouse.time);
     // The ruler stands beside no row.
-    if (MouseGesture.pane == Pane::Ruler || WaveView.RowCount == 0) return;
-    uint32_t row = std::min(MouseGesture.PressRow, LastRow());
+    if (Mouse.pane == Pane::Ruler || WaveView.RowCount == 0) return;
+    uint32_t row = std::min(Mouse.row, LastRow());
     if (row != WaveView.SelectRow) SelectRowOnly(row, true);
 }
 
@@ -46,7 +46,7 @@ void PressInWaves() {
     WaveView.SelectActive = false;
     GestureState = GestureStateValue::QueryTracking;
     // A click on one of several selected rows leaves it alone.
-    if (MouseGesture.pane == Pane::Wave) SelectRowOnly(std::min(MouseGesture.PressRow, LastRow()), true);
+    if (Mouse.pane == Pane::Wave) SelectRowOnly(std::min(Mouse.row, LastRow()), true);
     TrackQuery();
 }
 
@@ -82,7 +82,7 @@ void ToggleRow(uint32_t row) {
 
 void PressInNames() {
     WaveView.SelectActive = false;
-    uint32_t row = std::min(MouseGesture.PressRow, LastRow());
+    uint32_t row = std::min(Mouse.row, LastRow());
     if (MouseGesture.keys.control) {
         ToggleRow(row);
         return;
@@ -100,7 +100,7 @@ void Press() {
         WaveView.SelectRow = 0;
         WaveView.SelectActive = false;
         GestureState = GestureStateValue::Idle;
-    } else if (MouseGesture.pane == Pane::Name) {
+    } else if (Mouse.pane == Pane::Name) {
         PressInNames();
     } else {
         PressInWaves();
@@ -136,6 +136,6 @@ void RunModeGesture() {
 void TrackModeGesture() {
     if (GestureState == GestureStateValue::QueryTracking) TrackQuery();
     if (GestureState == GestureStateValue::RowRange && WaveView.RowCount > 0) {
-        TrackRowRange(MouseGesture.PressRow);
+        TrackRowRange(Mouse.row);
     }
 }

@@ -14,7 +14,7 @@ extern GestureStateValue GestureState;
 void InitModeGestures();
 
 // One event of the mode in force, by CommandState.CommandPhase: its start or end, and a right or middle
-// button, take the selection away; a press picks by MouseGesture; a release ends the gesture.
+// button, take the selection away; a press picks by Mouse; a release ends the gesture.
 void RunModeGesture();
-// The mouse has moved to the place in MouseGesture.
+// The mouse has moved to the place in Mouse.
 void TrackModeGesture();

@@ -17,6 +17,7 @@ void StickAxis(int32_t &at, int32_t &remembered) {
 } // namespace
 
 void InitMouseGesture() {
+    InitMouse();
     MouseGesture = {};
     ForgetPixel();
 }

@@ -1,8 +1,7 @@
-// The mouse in the panels: what is held down, and where the pointer counts to be.
+// What is held down of the mouse, and the pixel of a press that the pointer sticks to.
 #pragma once
 
-#include "display/panes.h"
-#include "store/time_value.h"
+#include "display/mouse_place.h"
 
 // A coordinate less than this many pixels from the press counts as the press, so that a sloppy click is still
 // a click.
@@ -16,12 +15,9 @@ struct MouseKeys {
 
 struct MouseGestureRecord {
     bool captured;  // the left button went down in a panel and is not up yet
-    Pane pane;      // of the last button message; while the mouse is captured, of the press
     int32_t stickX; // the pixel of the press, each axis until the mouse leaves it
     int32_t stickY;
     MouseKeys keys;       // at the press
-    TimeVal PressTime;    // the place at the last event
-    uint32_t PressRow;    // row of the list, or of the ruler's
     int32_t wheelRest[3]; // turns of the wheel that have not made a step yet, by WheelUse
 };
 // Written by the routines below and by the mouse's messages.

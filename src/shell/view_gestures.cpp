@@ -18,7 +18,7 @@ enum class WheelUse { Rows, Time, Zoom };
 
 void RunEvent(uint16_t phase) {
     CommandState.CommandPhase = phase;
-    WaveView.ZoomCentre = MouseGesture.PressTime;
+    WaveView.ZoomCentre = Mouse.time;
     if (CommandState.CurrentCommand >= 1 && CommandState.CurrentCommand <= LAST_GESTURE_COMMAND) {
         ViewCommand(CommandState.CurrentCommand);
     } else {
@@ -29,11 +29,11 @@ void RunEvent(uint16_t phase) {
 }
 
 void NotePlace(Pane pane, int32_t x, int32_t y) {
-    if (!MouseGesture.captured) MouseGesture.pane = pane;
+    if (!MouseGesture.captured) Mouse.pane = pane;
     StickToPixel(x, y);
-    AxisPlace place = MouseToTimeRow(MouseGesture.pane, x, y);
-    MouseGesture.PressTime = place.time;
-    MouseGesture.PressRow = place.row;
+    AxisPlace place = MouseToTimeRow(Mouse.pane, x, y);
+    Mouse.time = place.time;
+    Mouse.row = place.row;
 }
 
 // The whole steps in a turn, with what the turns before it left over.
@@ -65,10 +65,10 @@ void ZoomBySteps(int32_t x, int32_t steps) {
 
 void MouseMoved(Pane pane, int32_t x, int32_t y) {
     if (!DisplayOpen) return;
-    TimeVal time = MouseGesture.PressTime;
-    uint32_t row = MouseGesture.PressRow;
+    TimeVal time = Mouse.time;
+    uint32_t row = Mouse.row;
     NotePlace(pane, x, y);
-    if (time == MouseGesture.PressTime && row == MouseGesture.PressRow) return;
+    if (time == Mouse.time && row == Mouse.row) return;
     if (MouseGesture.captured) TrackModeGesture();
 }
 
