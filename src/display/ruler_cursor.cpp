@@ -28,8 +28,9 @@ int32_t LabelRight() {
 }
 
 PixelRect DraggedRange() {
-    auto [left, right] = std::minmax(RulerColumn(WaveView.ZoomAnchor), RulerColumn(Mouse.time));
-    return {left, WaveView.RulerHeight - BAND_HEIGHT, right, WaveView.RulerHeight};
+    int32_t anchor = RulerColumn(WaveView.ZoomAnchor), mouse = RulerColumn(Mouse.time);
+    return {std::min(anchor, mouse), WaveView.RulerHeight - BAND_HEIGHT, std::max(anchor, mouse),
+            WaveView.RulerHeight};
 }
 
 std::array<PixelPoint, 4> TriangleAtMouse() {
