@@ -2,6 +2,7 @@
 
 #include "display/composition.h"
 #include "display/cursor_readout.h"
+#include "display/overlay.h"
 #include "display/panes.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
@@ -307,8 +308,10 @@ void FinishCommand() {
 
 void SetEditMode(bool edit) {
     CommandState.CursorMode = edit ? CURSOR_SELECT : CURSOR_QUERY;
+    DrawOverlay(false);
     RunModeGesture();
     if (PanesExist()) ShowCursorReadout();
+    DrawOverlay(true);
 }
 
 bool CommandIsBuilt(uint32_t id) {

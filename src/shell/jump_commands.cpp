@@ -2,6 +2,7 @@
 
 #include "config/settings.h"
 #include "display/cursor_readout.h"
+#include "display/overlay.h"
 #include "display/rows.h"
 #include "display/viewport.h"
 #include "edit/walker.h"
@@ -104,13 +105,24 @@ void SelectRowBelow() {
     SelectRow(row < last ? row + 1 : last);
 }
 
+// --- the mark -------------------------------------------------------------------------------------
+
+void SetMark(bool active) {
+    DrawOverlay(false);
+    WaveView.MarkTime = WaveView.CursorTime;
+    WaveView.MarkActive = active;
+    DrawOverlay(true);
+}
+
 } // namespace
 
 void JumpToTime(TimeVal t) {
     t = std::clamp(t, std::min(WaveView.SpanStart, WaveView.SpanEnd), WaveView.SpanEnd);
     if (t != WaveView.CursorTime) {
+        DrawOverlay(false);
         WaveView.CursorTime = t;
         WaveView.SelectActive = false;
+        DrawOverlay(true);
     }
     TimeVal right = TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth));
     if (t < WaveView.ViewLeft || t > right) CentreOn(t, false);
@@ -159,11 +171,9 @@ void JumpCommand(uint32_t id) {
 }
 
 void PlaceMark() {
-    WaveView.MarkTime = WaveView.CursorTime;
-    WaveView.MarkActive = true;
+    SetMark(true);
 }
 
 void HideMark() {
-    WaveView.MarkTime = WaveView.CursorTime;
-    WaveView.MarkActive = false;
+    SetMark(false);
 }

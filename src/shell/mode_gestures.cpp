@@ -1,7 +1,9 @@
 #include "shell/mode_gestures.h"
 
 #include "display/composition.h"
+#include "display/overlay.h"
 #include "display/rows.h"
+#include "display/ruler_cursor.h"
 #include "display/wave_view.h"
 #include "shell/command_state.h"
 #include "shell/mouse_gesture.h"
@@ -12,9 +14,14 @@ GestureStateValue GestureState;
 
 namespace {
 
+void Begin(GestureStateValue state, void (*routine)(TimeVal time, uint32_t row)) {
+    GestureState = state;
+    TrackRoutine = routine;
+}
+
 void Reset() {
     WaveView.SelectActive = false;
-    GestureState = GestureStateValue::Idle;
+    EndModeGesture();
     WaveView.SelectRow = WaveView.RowCount;
     WaveView.SelectRowLast = WaveView.RowCount;
     SelectRowHighlight(WaveView.SelectRow, true);
@@ -28,26 +35,28 @@ uint32_t LastRow() {
 
 void MoveCursorTo(TimeVal time) {
     if (time == WaveView.CursorTime) return;
+    DrawOverlay(false);
     WaveView.CursorTime = time;
+    DrawOverlay(true);
     char line[PROMPT_SIZE];
     snprintf(line, sizeof line, "Time = %s", TimeFormat(time));
     SetPromptQuick(line);
 }
 
-void TrackQuery() {
-    MoveCursorTo(Mouse.time);
+void TrackQuery(TimeVal time, uint32_t row) {
+    MoveCursorTo(time);
     // The ruler stands beside no row.
     if (Mouse.pane == Pane::Ruler || WaveView.RowCount == 0) return;
-    uint32_t row = std::min(Mouse.row, LastRow());
+    row = std::min(row, LastRow());
     if (row != WaveView.SelectRow) SelectRowOnly(row, true);
 }
 
 void PressInWaves() {
     WaveView.SelectActive = false;
-    GestureState = GestureStateValue::QueryTracking;
-    // A click on one of several selected rows leaves it alone.
+    Begin(GestureStateValue::QueryTracking, TrackQuery);
+    // A click on one of several selected rows leaves it alone selected.
     if (Mouse.pane == Pane::Wave) SelectRowOnly(std::min(Mouse.row, LastRow()), true);
-    TrackQuery();
+    TrackQuery(Mouse.time, Mouse.row);
 }
 
 // --- rows in the name column ----------------------------------------------------------------------
@@ -59,7 +68,8 @@ void Highlight(uint32_t row, bool on) {
 }
 
 // Selects the rows from the one where the range began to `row`, in either direction.
-void TrackRowRange(uint32_t row) {
+void TrackRowRange(TimeVal, uint32_t row) {
+    if (WaveView.RowCount == 0) return;
     WaveView.SelectRowLast = std::min(row, LastRow());
     auto [first, last] = std::minmax(WaveView.SelectRow, WaveView.SelectRowLast);
     for (uint32_t other = 0; other < WaveView.RowCount; other++) {
@@ -87,9 +97,9 @@ void PressInNames() {
         ToggleRow(row);
         return;
     }
-    GestureState = GestureStateValue::RowRange;
+    Begin(GestureStateValue::RowRange, TrackRowRange);
     if (MouseGesture.keys.shift && WaveView.SelectRow < WaveView.RowCount) {
-        TrackRowRange(row);
+        TrackRowRange(Mouse.time, row);
     } else {
         SelectRowOnly(row, true);
     }
@@ -99,7 +109,7 @@ void Press() {
     if (WaveView.RowCount == 0) {
         WaveView.SelectRow = 0;
         WaveView.SelectActive = false;
-        GestureState = GestureStateValue::Idle;
+        EndModeGesture();
     } else if (Mouse.pane == Pane::Name) {
         PressInNames();
     } else {
@@ -109,8 +119,9 @@ void Press() {
 
 } // namespace
 
-void InitModeGestures() {
+void EndModeGesture() {
     GestureState = GestureStateValue::Idle;
+    TrackRoutine = nullptr;
 }
 
 void RunModeGesture() {
@@ -125,17 +136,11 @@ void RunModeGesture() {
         Press();
         break;
     case PHASE_RELEASED:
-        GestureState = GestureStateValue::Idle;
+        if (TrackRoutine) TrackRoutine(Mouse.time, Mouse.row);
+        EndModeGesture();
         break;
     default:
         break;
     }
     if (GestureState != GestureStateValue::Idle) CommandState.CursorMode |= CURSOR_TRACK;
-}
-
-void TrackModeGesture() {
-    if (GestureState == GestureStateValue::QueryTracking) TrackQuery();
-    if (GestureState == GestureStateValue::RowRange && WaveView.RowCount > 0) {
-        TrackRowRange(Mouse.row);
-    }
 }

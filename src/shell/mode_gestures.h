@@ -11,10 +11,10 @@ enum class GestureStateValue : uint16_t {
 };
 // Written by the routines below.
 extern GestureStateValue GestureState;
-void InitModeGestures();
+// Forgets the gesture in progress, if there is one. Puts the start values in place, too.
+void EndModeGesture();
 
 // One event of the mode in force, by CommandState.CommandPhase: its start or end, and a right or middle
-// button, take the selection away; a press picks by Mouse; a release ends the gesture.
+// button, take the selection away; a press picks by Mouse and installs the TrackRoutine that follows it; a
+// release ends the gesture. Callers take the overlay off first.
 void RunModeGesture();
-// The mouse has moved to the place in Mouse.
-void TrackModeGesture();

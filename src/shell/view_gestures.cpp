@@ -1,5 +1,7 @@
 #include "shell/view_gestures.h"
 
+#include "display/overlay.h"
+#include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "display/zoom.h"
 #include "shell/commands.h"
@@ -17,6 +19,7 @@ constexpr TimeVal TICKS_PER_STEP = 10;
 enum class WheelUse { Rows, Time, Zoom };
 
 void RunEvent(uint16_t phase) {
+    DrawRulerCursor(false);
     CommandState.CommandPhase = phase;
     WaveView.ZoomCentre = Mouse.time;
     if (CommandState.CurrentCommand >= 1 && CommandState.CurrentCommand <= LAST_GESTURE_COMMAND) {
@@ -26,6 +29,7 @@ void RunEvent(uint16_t phase) {
     }
     CommandState.CommandPhase = PHASE_IDLE;
     UpdateCommands();
+    DrawRulerCursor(true);
 }
 
 void NotePlace(Pane pane, int32_t x, int32_t y) {
@@ -47,7 +51,16 @@ int32_t WheelSteps(WheelUse use, int32_t turn) {
     return steps;
 }
 
-void ScrollTimeBySteps(int32_t steps) {
+// Scrolling paints at once, which what lies over the picture must not be caught in.
+void BareScroll(void (*scroll)(int32_t steps, int32_t rows), int32_t steps, int32_t rows) {
+    DrawRulerCursor(false);
+    DrawOverlay(false);
+    scroll(steps, rows);
+    DrawOverlay(true);
+    DrawRulerCursor(true);
+}
+
+void ScrollTimeBySteps(int32_t steps, int32_t) {
     TimeVal way = TimeMul(TimeMul(WaveView.TickMinor, TICKS_PER_STEP), static_cast<TimeVal>(std::abs(steps)));
     ScrollTimeTo(steps < 0 ? TimeSub(WaveView.ViewLeft, way) : TimeAdd(WaveView.ViewLeft, way), true);
 }
@@ -65,11 +78,12 @@ void ZoomBySteps(int32_t x, int32_t steps) {
 
 void MouseMoved(Pane pane, int32_t x, int32_t y) {
     if (!DisplayOpen) return;
-    TimeVal time = Mouse.time;
-    uint32_t row = Mouse.row;
+    MouseRecord before = Mouse;
     NotePlace(pane, x, y);
-    if (time == Mouse.time && row == Mouse.row) return;
-    if (MouseGesture.captured) TrackModeGesture();
+    if (before.time == Mouse.time && before.row == Mouse.row) return;
+    // What the mouse drags follows it through the marker.
+    DrawRulerCursor(false);
+    DrawRulerCursor(true);
 }
 
 void LeftPressed(Pane pane, int32_t x, int32_t y, MouseKeys keys) {
@@ -107,7 +121,10 @@ void MouseCaptureLost() {
     MouseGesture.captured = false;
     ForgetPixel();
     WaveView.ZoomPhase = 0;
-    GestureState = GestureStateValue::Idle;
+    CommandState.CursorMode &= ~(CURSOR_RANGE | CURSOR_TRACK);
+    EndModeGesture();
+    DrawRulerCursor(false);
+    DrawRulerCursor(true);
 }
 
 void WheelTurned(Pane pane, int32_t x, int32_t turn, MouseKeys keys, int32_t rows) {
@@ -116,12 +133,12 @@ void WheelTurned(Pane pane, int32_t x, int32_t turn, MouseKeys keys, int32_t row
         int32_t inWaves = pane == Pane::Ruler ? x - WaveView.NameColumnWidth : pane == Pane::Wave ? x : 0;
         ZoomBySteps(std::max(inWaves, 0), WheelSteps(WheelUse::Zoom, turn));
     } else if (keys.shift) {
-        ScrollTimeBySteps(-WheelSteps(WheelUse::Time, turn));
+        BareScroll(ScrollTimeBySteps, -WheelSteps(WheelUse::Time, turn), rows);
     } else {
-        ScrollRowsBySteps(-WheelSteps(WheelUse::Rows, turn), rows);
+        BareScroll(ScrollRowsBySteps, -WheelSteps(WheelUse::Rows, turn), rows);
     }
 }
 
 void WheelTipped(int32_t turn) {
-    if (DisplayOpen) ScrollTimeBySteps(WheelSteps(WheelUse::Time, turn));
+    if (DisplayOpen) BareScroll(ScrollTimeBySteps, WheelSteps(WheelUse::Time, turn), 0);
 }

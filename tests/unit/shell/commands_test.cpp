@@ -26,7 +26,7 @@ protected:
         InitHeadlessDialogs();
         InitCommands();
         InitMouseGesture();
-        InitModeGestures();
+        EndModeGesture();
         Headless.panesExist = true;
         DisplayOpen = 1;
     }

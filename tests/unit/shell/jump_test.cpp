@@ -21,7 +21,7 @@ protected:
         InitHeadlessDialogs();
         InitCommands();
         InitMouseGesture();
-        InitModeGestures();
+        EndModeGesture();
         Headless.panesExist = true;
         DisplayOpen = 1;
         WaveView.WavePaneWidth = 1000;

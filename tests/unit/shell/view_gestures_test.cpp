@@ -18,7 +18,7 @@ protected:
         FreshStore::SetUp();
         InitCommands();
         InitMouseGesture();
-        InitModeGestures();
+        EndModeGesture();
         Headless.panesExist = true;
         DisplayOpen = 1;
         WaveView.WavePaneWidth = 1000;
