@@ -5,7 +5,6 @@
 #include "shell/command_ids.h"
 #include "window/editor.h"
 #include "window/expected.h"
-#include <cstddef>
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
@@ -108,6 +107,15 @@ protected:
         input.ki.dwFlags = flags;
         SendInput(1, &input, sizeof input);
     }
+    // Drops a file on the main window, as the desktop does it: the list of names lies in the editor's memory.
+    bool drop(const std::vector<std::string> &paths) const {
+        std::string bytes(sizeof(DROPFILES), '\0');
+        reinterpret_cast<DROPFILES *>(bytes.data())->pFiles = sizeof(DROPFILES);
+        for (const std::string &path : paths) bytes += path + '\0';
+        bytes += '\0';
+        void *list = editor->plantBytes(bytes);
+        return list && PostMessageA(editor->frame(), WM_DROPFILES, reinterpret_cast<WPARAM>(list), 0);
+    }
     int rowMiddle(int row) const { return row * sizes.rowHeight + sizes.rowHeight / 2; }
 
     TestDirectory directory;
@@ -179,8 +187,8 @@ TEST_F(Viewing, CtrlWAndAClickPan) {
     TimeVal left = view().ViewLeft;
     PressKey('W', {VK_CONTROL});
     EXPECT_TRUE(promptIs("Pan - Pick Center Point"));
-    click(view().WavePaneWidth / 2 + 100, 50);
-    EXPECT_TRUE(becomes([&](const WaveViewRecord &now) { return now.ViewLeft > left; }));
+    click(view().WavePaneWidth / 2 - 100, 50);
+    EXPECT_TRUE(becomes([&](const WaveViewRecord &now) { return now.ViewLeft < left; }));
     EXPECT_EQ(view().Scale, scale + 1);
 }
 
@@ -234,8 +242,11 @@ TEST_F(Viewing, AClickMovesTheCursorAndSelectsTheRow) {
 TEST_F(Viewing, ClicksOnNamesSelectRowsAndShiftExtends) {
     click(20, rowMiddle(1), 2);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRow == 1; }));
+    // A move would tell the system which keys are really held.
+    moveTo(2, 20, rowMiddle(4));
     sendKey(VK_SHIFT, 0);
-    click(20, rowMiddle(4), 2);
+    PressButton(true);
+    PressButton(false);
     sendKey(VK_SHIFT, KEYEVENTF_KEYUP);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRowLast == 4; }));
     EXPECT_EQ(view().SelectRow, 1u);
@@ -307,7 +318,7 @@ TEST_F(Viewing, ToTimeAsksForTheTime) {
 // --- the wheel ------------------------------------------------------------------------------------
 
 TEST_F(Viewing, TheWheelScrollsRowsAndTimeAndZooms) {
-    moveTo(3, 400, 50);
+    moveTo(3, 100, 50);
     turnWheel(-120);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.TopRow > 0; }));
     turnWheel(120);
@@ -315,7 +326,7 @@ TEST_F(Viewing, TheWheelScrollsRowsAndTimeAndZooms) {
     int32_t scale = view().Scale;
     turnWheel(240, VK_CONTROL);
     EXPECT_TRUE(scaleBecomes(scale + 2));
-    EXPECT_NEAR(view().ViewLeft, 400.0 * (1 << -scale) - 400.0 * (1 << (-scale - 2)), 1 << -scale);
+    EXPECT_NEAR(view().ViewLeft, 100.0 * (1 << -scale) - 100.0 * (1 << (-scale - 2)), 1 << -scale);
     TimeVal left = view().ViewLeft;
     EXPECT_TRUE(editor->painted());
     turnWheel(-120, VK_SHIFT);
@@ -328,4 +339,24 @@ TEST_F(Viewing, TheWheelWorksOverTheNamesToo) {
     moveTo(2, 20, 50);
     turnWheel(-120);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.TopRow > 0; }));
+}
+
+// --- a file that is dropped -----------------------------------------------------------------------
+
+TEST_F(Viewing, TheFirstOfTheDroppedFilesOpens) {
+    EXPECT_TRUE(GetWindowLongA(editor->frame(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES);
+    ASSERT_TRUE(drop({directory.file("one.wdl"), directory.file("many.wdl")}));
+    EXPECT_TRUE(WaitFor([&] { return editor->title() == "Kelvane - ONE"; }, 10)) << editor->title();
+    EXPECT_EQ(view().RowCount, 0u);
+    EXPECT_TRUE(editor->painted());
+}
+
+TEST_F(Viewing, ADroppedFileAsksBeforeChangesAreLost) {
+    ASSERT_TRUE(editor->plantChange());
+    ASSERT_TRUE(drop({directory.file("one.wdl")}));
+    Dialog dialog = editor->dialog();
+    ASSERT_NE(dialog.window, nullptr);
+    PressKey(VK_ESCAPE);
+    EXPECT_TRUE(editor->dialogGone());
+    EXPECT_EQ(editor->title(), "Kelvane - many");
 }
