@@ -223,6 +223,16 @@ TEST_F(Drawing, RedrawGivesTheSamePicture) {
     EXPECT_TRUE(editor->picture() == before);
 }
 
+TEST_F(Drawing, AValueMovesIntoWhatCanBeSeenOfItsHexagon) {
+    SetWindowPos(editor->frame(), nullptr, 0, 0, 1000 - waves.width + x(800), 640, SWP_NOZORDER);
+    ASSERT_TRUE(editor->painted());
+    Picture resized = editor->picture();
+    editor->shoot("drawing-cut");
+    editor->command(2);
+    ASSERT_TRUE(editor->painted());
+    EXPECT_TRUE(editor->picture() == resized);
+}
+
 TEST_F(Drawing, WhatWasCoveredIsPaintedAgain) {
     Picture before = editor->picture();
     ShowWindow(editor->frame(), SW_MINIMIZE);
