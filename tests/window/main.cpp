@@ -1,7 +1,9 @@
 // Runs the window tests, or, asked for a picture, shows one file in the editor:
 //
 //   window_tests [--program=KELVANE.EXE] [GoogleTest's options]
-//   window_tests [--program=KELVANE.EXE] --picture=OUT.png FILE
+//   window_tests [--program=KELVANE.EXE] [--config=DIRECTORY] --picture=OUT.png FILE
+//
+// The picture shows the program with its start settings, or with a copy of those in DIRECTORY.
 
 #include "window/editor.h"
 #include <cstdio>
@@ -12,6 +14,7 @@ namespace {
 
 constexpr const char *PROGRAM_OPTION = "--program=";
 constexpr const char *PICTURE_OPTION = "--picture=";
+constexpr const char *CONFIG_OPTION = "--config=";
 
 std::string BesideThisProgram(const char *name) {
     char path[MAX_PATH] = "";
@@ -29,8 +32,14 @@ void TellDialog(const Editor &editor) {
 
 // Opens the file, saves the picture of the main window once it is painted, and closes the program as a user
 // does. The exit status.
-int TakePicture(const std::string &file, const std::string &out) {
+int TakePicture(const std::string &file, const std::string &config, const std::string &out) {
     TestDirectory directory;
+    std::error_code failure;
+    if (!config.empty()) std::filesystem::copy(config, directory.file("config"), failure);
+    if (failure) {
+        fprintf(stderr, "The settings cannot be copied: %s\n", config.c_str());
+        return 1;
+    }
     Editor editor(directory, "\"" + file + "\"");
     if (!editor.open()) {
         fprintf(stderr, "The editor did not open %s\n", file.c_str());
@@ -56,7 +65,7 @@ int main(int argc, char **argv) {
     GetDesktopWindow();
     testing::InitGoogleTest(&argc, argv);
     ProgramPath = BesideThisProgram("kelvane.exe");
-    std::string picture;
+    std::string picture, config;
     int i = 1;
     for (; i < argc; ++i) {
         std::string argument = argv[i];
@@ -64,6 +73,8 @@ int main(int argc, char **argv) {
             ProgramPath = argument.substr(strlen(PROGRAM_OPTION));
         else if (argument.starts_with(PICTURE_OPTION))
             picture = argument.substr(strlen(PICTURE_OPTION));
+        else if (argument.starts_with(CONFIG_OPTION))
+            config = argument.substr(strlen(CONFIG_OPTION));
         else
             break;
     }
@@ -72,5 +83,5 @@ int main(int argc, char **argv) {
         fprintf(stderr, "A picture needs a FILE\n");
         return 2;
     }
-    return TakePicture(argv[i], picture);
+    return TakePicture(argv[i], config, picture);
 }

@@ -84,6 +84,27 @@ TEST_F(Messages, AReadOnlyFileIsToldOfAndEndsTheProgram) {
     EXPECT_EQ(editor.ended(), 0u);
 }
 
+TEST_F(Messages, ADirectoryIsNoDocument) {
+    CreateDirectoryA(directory.file("folder.wdl").c_str(), nullptr);
+    Editor editor(directory, "folder.wdl");
+    Dialog box = editor.dialog();
+    ASSERT_NE(box.window, nullptr);
+    EXPECT_EQ(box.labels(), (std::vector<std::string>{"OK", "Unable to open file folder.wdl"}));
+    PressKey(VK_RETURN);
+    EXPECT_EQ(editor.ended(), 0u);
+}
+
+TEST_F(Messages, ANameThatIsTooLongIsToldOfAndLeftOut) {
+    Editor editor(directory, std::string(300, 'x') + ".wdl");
+    Dialog box = editor.dialog();
+    ASSERT_NE(box.window, nullptr);
+    EXPECT_EQ(box.labels(), (std::vector<std::string>{"OK", "File name is too long"}));
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(editor.dialogGone());
+    ASSERT_TRUE(editor.open());
+    EXPECT_EQ(editor.title(), "Kelvane - <untitled>");
+}
+
 TEST_F(Messages, AlertsStandWhereTheLastOneWasAndFitTheirTexts) {
     Editor editor(directory, "good.wdl");
     ASSERT_TRUE(editor.open());

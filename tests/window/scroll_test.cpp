@@ -107,6 +107,12 @@ TEST_F(Scrolling, LongNamesScrollFromTheirRightEnds) {
     EXPECT_FALSE(left == right);
     scroll(2, WM_HSCROLL, SB_BOTTOM);
     EXPECT_TRUE(names() == right);
+    scroll(2, WM_HSCROLL, SB_THUMBPOSITION, 0);
+    EXPECT_TRUE(names() == left);
+    scroll(2, WM_HSCROLL, SB_THUMBPOSITION, 7);
+    EXPECT_FALSE(names() == left);
+    EXPECT_FALSE(names() == right);
+    scroll(2, WM_HSCROLL, SB_BOTTOM);
     clickArrow(2, false, false);
     EXPECT_FALSE(names() == right);
 }

@@ -1,6 +1,8 @@
 // What stands on the screen after a start, for each kind of command line.
 
+#include "shell/commands.h"
 #include "window/editor.h"
+#include <cstddef>
 #include <gtest/gtest.h>
 
 namespace {
@@ -75,15 +77,24 @@ TEST_F(Start, OptionsAreNotFiles) {
     EXPECT_EQ(editor.title(), "Kelvane - one");
 }
 
-TEST_F(Start, TheSimulatorStandsInTheTitleOnlyWhenThereIsOne) {
-    Editor editor(directory, "one.wdl");
-    ASSERT_TRUE(editor.open());
-    EXPECT_EQ(editor.title(), "Kelvane - one");
-}
-
-TEST_F(Start, EndsInEditModeWithTheCursorsReadout) {
+TEST_F(Start, WorkBeginsInEditModeAndTheKeysChangeIt) {
     directory.write("one.wdl", ONE_NODE);
     Editor editor(directory, "one.wdl");
     ASSERT_TRUE(editor.open());
-    EXPECT_EQ(TextOf(editor.prompt()), "VRDPrompt");
+    auto modeBecomes = [&](uint16_t mode) {
+        return WaitFor([&] {
+            uint16_t current = 0;
+            editor.readMemory(editor.address("CommandState"), &current, sizeof current);
+            return current == mode;
+        });
+    };
+    static_assert(offsetof(CommandStateRecord, CurrentCommand) == 0);
+    EXPECT_TRUE(modeBecomes(COMMAND_EDIT_MODE));
+    PressKey(VK_F2);
+    EXPECT_TRUE(modeBecomes(COMMAND_QUERY_MODE));
+    PressKey('E', {VK_MENU});
+    PressKey('E');
+    EXPECT_TRUE(modeBecomes(COMMAND_EDIT_MODE));
+    PressKey('Q', {VK_CONTROL});
+    EXPECT_TRUE(modeBecomes(COMMAND_QUERY_MODE));
 }
