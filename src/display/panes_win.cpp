@@ -20,6 +20,7 @@ constexpr double ORDINARY_DPI = 96.0;
 HWND RulerWindow = nullptr;
 HWND NameWindow = nullptr;
 HWND WaveWindow = nullptr;
+bool releasingMouse = false; // of our own accord
 int32_t screenWidth = 0;
 int32_t screenHeight = 0;
 
@@ -92,9 +93,12 @@ void PressLeft(HWND window, WPARAM wParam, int x, int y) {
     LeftPressed(PaneOf(window), x, y, KeysOf(wParam));
 }
 
+// The mouse is let go of first, as the release may bring up a message box.
 void ReleaseLeft(HWND window, int x, int y) {
-    LeftReleased(PaneOf(window), x, y);
+    releasingMouse = true;
     if (GetCapture() == window) ReleaseCapture();
+    releasingMouse = false;
+    LeftReleased(PaneOf(window), x, y);
 }
 
 // False if the message is not one of the mouse's.
@@ -120,7 +124,7 @@ bool HandleMouse(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         OtherReleased(PaneOf(window), x, y);
         return true;
     case WM_CAPTURECHANGED:
-        MouseCaptureLost();
+        if (!releasingMouse) MouseCaptureLost();
         return true;
     case WM_MOUSEWHEEL:
     case WM_MOUSEHWHEEL:

@@ -92,7 +92,8 @@ void OpenDropped(HDROP files) {
     UINT length = DragQueryFileA(files, 0, nullptr, 0);
     bool fits = length > 0 && length < sizeof path && DragQueryFileA(files, 0, path, sizeof path) > 0;
     DragFinish(files);
-    if (!DisplayOpen) return;
+    // Not while a question is open.
+    if (!DisplayOpen || !IsWindowEnabled(FrameWindow)) return;
     SetForegroundWindow(FrameWindow);
     if (fits) {
         OpenFile(path);

@@ -17,6 +17,7 @@ struct MouseGestureRecord {
     bool captured;  // the left button went down in a panel and is not up yet
     int32_t stickX; // the pixel of the press, each axis until the mouse leaves it
     int32_t stickY;
+    uint16_t command;     // in force after the press
     MouseKeys keys;       // at the press
     int32_t wheelRest[3]; // turns of the wheel that have not made a step yet, by WheelUse
 };

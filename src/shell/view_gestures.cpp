@@ -94,6 +94,7 @@ void LeftPressed(Pane pane, int32_t x, int32_t y, MouseKeys keys) {
     MouseGesture.captured = true;
     MouseGesture.keys = keys;
     RunEvent(keys.shift ? PHASE_SHIFT_PRESSED : PHASE_PRESSED);
+    MouseGesture.command = CommandState.CurrentCommand;
 }
 
 void LeftReleased(Pane pane, int32_t x, int32_t y) {
@@ -101,7 +102,12 @@ void LeftReleased(Pane pane, int32_t x, int32_t y) {
     NotePlace(pane, x, y);
     MouseGesture.captured = false;
     ForgetPixel();
-    if (DisplayOpen) RunEvent(PHASE_RELEASED);
+    // A command that came between has not seen the press.
+    if (MouseGesture.command != CommandState.CurrentCommand) {
+        EndModeGesture();
+    } else if (DisplayOpen) {
+        RunEvent(PHASE_RELEASED);
+    }
 }
 
 void OtherPressed() {
@@ -120,10 +126,14 @@ void MouseCaptureLost() {
     if (!MouseGesture.captured) return;
     MouseGesture.captured = false;
     ForgetPixel();
-    WaveView.ZoomPhase = 0;
-    CommandState.CursorMode &= ~(CURSOR_RANGE | CURSOR_TRACK);
     EndModeGesture();
     DrawRulerCursor(false);
+    CommandState.CursorMode &= ~(CURSOR_RANGE | CURSOR_TRACK);
+    if (CommandState.CurrentCommand == COMMAND_ZOOM_IN) {
+        CommandState.CommandPhase = PHASE_STARTING;
+        ViewCommand(COMMAND_ZOOM_IN);
+        CommandState.CommandPhase = PHASE_IDLE;
+    }
     DrawRulerCursor(true);
 }
 

@@ -203,6 +203,28 @@ TEST_F(MouseGestures, AMouseThatIsTakenAwayEndsTheGestureWithoutAZoom) {
     Release(700);
     EXPECT_EQ(WaveView.Scale, 0);
     EXPECT_EQ(WaveView.ZoomPhase, 0);
+    EXPECT_STREQ(PromptText, "Zoom In - Pick Center Point or Corner of Zoom Window");
+    Click(500);
+    EXPECT_EQ(WaveView.Scale, 1);
+}
+
+TEST_F(MouseGestures, AMouseThatIsTakenAwayLeavesFullFitAtItsStep) {
+    DispatchCommand(COMMAND_FULL_FIT);
+    Click(500);
+    Press(500);
+    MouseCaptureLost();
+    EXPECT_EQ(WaveView.ZoomPhase, 1);
+    EXPECT_EQ(CommandState.CursorMode, CURSOR_ZOOM);
+}
+
+TEST_F(MouseGestures, AViewCommandThatStartsUnderTheHeldMouseWaitsForTheNextPress) {
+    ShowRows(2);
+    Press(100, 5);
+    DispatchCommand(COMMAND_ZOOM_IN);
+    Release(500, 5);
+    EXPECT_EQ(WaveView.Scale, 0);
+    EXPECT_EQ(GestureState, GestureStateValue::Idle);
+    EXPECT_EQ(WaveView.CursorTime, 100u);
     Click(500);
     EXPECT_EQ(WaveView.Scale, 1);
 }
