@@ -9,6 +9,8 @@
 #include "shell/commands.h"
 #include "shell/frame.h"
 #include "shell/frame_layout.h"
+#include "shell/help.h"
+#include "shell/help_win.h"
 #include "shell/message_window_win.h"
 #include "shell/prompt_win.h"
 #include "shell/reporting.h"
@@ -71,6 +73,7 @@ void CloseFrame() {
     DispatchCommand(0);
     if (!QuerySaveChanges(true)) return;
     StorePlaces();
+    QuitHelp();
     ReleaseDocument();
     ReleaseWindows();
 }
@@ -85,8 +88,10 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     case WM_CREATE:
         FrameWindow = window;
         ReadScreenSize();
+        InstallHelpHook();
         return 0;
     case WM_DESTROY:
+        RemoveHelpHook();
         FrameWindow = nullptr;
         PostQuitMessage(0);
         return 0;
@@ -96,6 +101,10 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     case WM_INITMENU:
         UpdateCommands();
         return 0;
+    case WM_MENUSELECT:
+        MenuSelectItem = LOWORD(wParam);
+        MenuSelectFlags = HIWORD(wParam);
+        break;
     case WM_CLOSE:
         CloseFrame();
         return 0;
@@ -131,6 +140,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         if (!NothingMoved(*reinterpret_cast<const WINDOWPOS *>(lParam))) RemoveErrorStrip();
         break;
     default:
+        if (message == HelpHookMessage && wParam == HELP_IN_MENU) HelpOnMenuItem();
         break;
     }
     return DefWindowProcA(window, message, wParam, lParam);
