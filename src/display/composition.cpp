@@ -1,12 +1,15 @@
 #include "display/composition.h"
 #include "config/settings.h"
+#include "display/overlay.h"
 #include "display/primitives.h"
 #include "display/renderer.h"
 #include "display/row_table.h"
 #include "display/ruler.h"
+#include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "store/pattern_store.h"
 #include <algorithm>
+#include <vector>
 
 PaintRangeRecord PaintRange;
 
@@ -79,17 +82,11 @@ bool RefersToChanged(const Pattern *pattern) {
     return false;
 }
 
-// One pass over the patterns; true if one of them took the flag over from what it refers to.
-bool SpreadChangedOnce() {
-    bool spread = false;
-    for (uint32_t id = 1; id <= HighestPatternId; id++) {
-        if (!PatternInUse(id)) continue;
-        Pattern *pattern = PatternFromId(id);
-        if (pattern->changed() || !RefersToChanged(pattern)) continue;
-        pattern->setChanged(true);
-        spread = true;
-    }
-    return spread;
+// Looks at all items without a branch, as most patterns are long and hold data alone.
+bool HoldsReference(const Pattern *pattern) {
+    uint32_t words = 0;
+    for (const PatternItem &item : std::span(pattern->items(), pattern->itemCount)) words |= item.word0;
+    return PatternItem{words, 0}.isReference();
 }
 
 bool AnyPatternChanged() {
@@ -97,6 +94,31 @@ bool AnyPatternChanged() {
         if (PatternInUse(id) && PatternFromId(id)->changed()) return true;
     }
     return false;
+}
+
+// Whoever uses a changed pattern, however deep inside, takes the flag over.
+void SpreadChanged() {
+    std::vector<Pattern *> users;
+    for (uint32_t id = 1; id <= HighestPatternId; id++) {
+        if (PatternInUse(id) && !PatternFromId(id)->changed() && HoldsReference(PatternFromId(id)))
+            users.push_back(PatternFromId(id));
+    }
+    size_t left;
+    do {
+        left = users.size();
+        std::erase_if(users, [](Pattern *user) {
+            bool spread = RefersToChanged(user);
+            if (spread) user->setChanged(true);
+            return spread;
+        });
+    } while (users.size() != left);
+}
+
+// Draws the row and those behind it that show the same pattern.
+void DrawRowsOf(uint16_t id, uint32_t first) {
+    for (uint32_t row = first; row < WaveView.RowCount; row++) {
+        if (WaveRows[row].PatternId == id) DrawRowWaves(row);
+    }
 }
 
 void ClearAllChanged() {
@@ -115,7 +137,33 @@ void PaintPane(Pane pane) {
     LogHoldOpen(held);
 }
 
+void PaintBegins(Pane pane) {
+    if (pane == Pane::Wave) DrawOverlay(false);
+    if (pane == Pane::Ruler) DrawRulerCursor(false);
+}
+
+void PaintEnds(Pane pane) {
+    if (pane == Pane::Ruler) DrawRulerCursor(true);
+    if (pane == Pane::Wave) DrawOverlay(true);
+}
+
+void EraseBegins(Pane pane) {
+    if (pane == Pane::Wave) DrawOverlay(false);
+    DrawRulerCursor(false);
+}
+
+void ScrollPane(Pane pane, ScrollBar bar, ScrollCode code, int32_t thumb) {
+    DrawRulerCursor(false);
+    DrawOverlay(false);
+    ScrollMessage(pane, bar, code, thumb);
+    // A scroll that moved something has painted by now; one that did not leaves the overlay to be put on
+    // here.
+    DrawOverlay(true);
+    DrawRulerCursor(true);
+}
+
 void DrawRuler() {
+    DrawRulerCursor(false);
     SelectPicture(Pane::Ruler);
     EraseBlock(
         {0, 0, WaveView.NameColumnWidth + WaveView.WavePaneWidth + RULER_REST, WaveView.RulerHeight - 1});
@@ -152,27 +200,40 @@ void RepaintRowsFrom(uint32_t row) {
     int32_t bottom = static_cast<int32_t>(WaveView.TopPixel) + WaveView.WavePaneHeight;
     uint32_t last = std::min(static_cast<uint32_t>((bottom - 1) / WaveView.RowHeight + 1), WaveView.RowCount);
     int32_t left = NameShift();
+    DrawOverlay(false);
     RepaintRows(Pane::Name, left, left + WaveView.NameColumnWidth, first, last, DrawRowName);
     RepaintRows(Pane::Wave, 0, WaveView.WavePaneWidth, first, last, DrawRowWaves);
+    DrawOverlay(true);
 }
 
-void RepaintChanged() {
-    if (!DisplayOpen || !PatternTable || !AnyPatternChanged()) return;
-    while (SpreadChangedOnce()) {}
+void RepaintChanged(bool forceOverlay) {
+    if (!DisplayOpen || !PatternTable) return;
+    bool repainted = forceOverlay;
+    if (forceOverlay) DrawOverlay(false);
+    if (AnyPatternChanged()) SpreadChanged();
     for (uint32_t row = 0; row < WaveView.RowCount; row++) {
-        const Pattern *pattern = RowPattern(row);
-        if (pattern && pattern->changed()) DrawRowWaves(row);
+        Pattern *pattern = RowPattern(row);
+        if (!pattern || !pattern->changed()) continue;
+        if (!repainted) DrawOverlay(false);
+        repainted = true;
+        DrawRowsOf(pattern->id, row);
+        pattern->setChanged(false);
     }
     ClearAllChanged();
+    if (repainted) DrawOverlay(true);
 }
 
 void RepaintAllRows() {
+    DrawOverlay(false);
     for (uint32_t row = 0; row < WaveView.RowCount; row++) DrawRowWaves(row);
+    DrawOverlay(true);
 }
 
 void RepaintAll() {
     int held = LogHoldOpen(1);
+    bool marked = RulerCursor.on;
     DrawRuler();
+    DrawRulerCursor(marked);
     RepaintRowsFrom(0);
     LogHoldOpen(held);
 }

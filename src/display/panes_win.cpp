@@ -46,16 +46,21 @@ Pane PaneOf(HWND window) {
 }
 
 void PaintWindow(HWND window) {
-    ReleasePicture("ReleaseDC Failure in WM_PAINT");
+    constexpr const char *failure = "ReleaseDC Failure in WM_PAINT";
+    // A message box over a load that failed lets paints in when there is nothing left to show.
+    bool hasRows = WaveRows != nullptr;
+    PaintBegins(PaneOf(window));
+    ReleasePicture(failure);
     PAINTSTRUCT paint;
     HDC context = BeginPaint(window, &paint);
-    // A message box over a load that failed lets paints in when there is nothing left to show.
-    if (context && WaveRows) {
+    if (context && hasRows) {
         BeginPicture(PaneOf(window), context);
         PaintPane(PaneOf(window));
         EndPicture();
     }
     EndPaint(window, &paint);
+    if (hasRows) PaintEnds(PaneOf(window));
+    ReleasePicture(failure);
 }
 
 bool ShowCursorOver(HWND window, LPARAM lParam) {
@@ -78,10 +83,13 @@ LRESULT HandlePaneMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     case WM_PAINT:
         PaintWindow(window);
         return 0;
+    case WM_ERASEBKGND:
+        EraseBegins(PaneOf(window));
+        break;
     case WM_HSCROLL:
     case WM_VSCROLL:
-        ScrollMessage(PaneOf(window), message == WM_HSCROLL ? ScrollBar::Horizontal : ScrollBar::Vertical,
-                      static_cast<ScrollCode>(LOWORD(wParam)), HIWORD(wParam));
+        ScrollPane(PaneOf(window), message == WM_HSCROLL ? ScrollBar::Horizontal : ScrollBar::Vertical,
+                   static_cast<ScrollCode>(LOWORD(wParam)), HIWORD(wParam));
         return 0;
     case WM_SIZE: {
         LRESULT result = DefWindowProcA(window, message, wParam, lParam);
@@ -92,6 +100,7 @@ LRESULT HandlePaneMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPara
         if (ShowCursorOver(window, lParam)) return TRUE;
         break;
     case WM_DESTROY:
+        EraseBegins(PaneOf(window));
         ReleasePicture("ReleaseDC Failure in WM_DESTROY");
         WindowSlot(PaneOf(window)) = nullptr;
         return 0;

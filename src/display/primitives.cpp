@@ -9,6 +9,8 @@
 namespace {
 
 constexpr int COLOUR_MASK = 15;
+constexpr int WHITE = 0;
+constexpr int BLACK = 15;
 
 // From list coordinates to the pixels of the current panel.
 PixelPoint Shifted(PixelPoint point) {
@@ -23,6 +25,10 @@ int BackgroundColour() {
 }
 
 } // namespace
+
+int ForegroundColour() {
+    return BackgroundColour() == BLACK ? WHITE : BLACK;
+}
 
 void SelectPicture(Pane pane) {
     SurfaceSelect(pane);

@@ -13,6 +13,8 @@ void SelectPicture(Pane pane);
 // the dotted colours; in the background's colour it is solid too, so that what it erases gets one even
 // colour.
 void SetDrawColour(int index);
+// The colour that stands out from the background: black, or white on black.
+int ForegroundColour();
 // Connects up to MAX_POLYLINE points; the last one is left out.
 constexpr size_t MAX_POLYLINE = 10;
 void DrawPolyline(std::span<const PixelPoint> points);

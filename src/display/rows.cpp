@@ -1,5 +1,6 @@
 #include "display/rows.h"
 #include "display/composition.h"
+#include "display/overlay.h"
 #include "display/primitives.h"
 #include "display/viewport.h"
 #include "editlog/log_records.h"
@@ -184,9 +185,11 @@ void DuplicateHighlightedRows() {
 void HideRow(uint32_t row) {
     if (!IsRow(row)) return;
     bool widestGone = false;
+    DrawOverlay(false);
     RemoveRow(row, widestGone);
     WaveView.SelectRow = NO_ROW;
     ShowRemoval(row, widestGone);
+    DrawOverlay(true);
 }
 
 void HideHighlightedRows() {
@@ -198,10 +201,12 @@ void HideHighlightedRows() {
         RemoveRow(row, widestGone);
         lowest = row;
     }
+    DrawOverlay(false);
     WaveView.SelectRow = WaveView.RowCount;
     WaveView.SelectRowLast = WaveView.RowCount;
     WaveView.SelectActive = false;
     ShowRemoval(lowest, widestGone);
+    DrawOverlay(true);
 }
 
 int32_t MeasureNameWidths() {

@@ -32,5 +32,21 @@ void SurfacePolyline(std::span<const PixelPoint> points);
 void SurfaceFill(const PixelRect &rect);
 // Draws with the main window's font, the text's upper left corner at (left, top).
 void SurfaceText(int32_t left, int32_t top, const char *text);
+
+// Pixels of the current panel that are set aside until they are put back. Each slot holds one rectangle.
+enum class SaveSlot { Mark, FrameTop, FrameBottom, Cursor };
+constexpr size_t SAVE_SLOTS = 4;
+void SurfaceSaveUnder(SaveSlot slot, const PixelRect &rect);
+// Puts them back where they were taken; does nothing if the slot is empty.
+void SurfaceRestoreUnder(SaveSlot slot);
+// Empties all slots.
+void SurfaceDropSaved();
+// Keeps drawing within the client area of the current panel, until it is called with false. Pen, brush and
+// text colour are then as they were before.
+void SurfaceClipToPane(bool on);
+// Inverts what lies within a polygon or a rectangle; a second call takes it back.
+void SurfaceXorPolygon(std::span<const PixelPoint> points);
+void SurfaceInvert(const PixelRect &rect);
+
 // The size that SurfaceText needs; also without a current panel.
 PixelSize SurfaceTextSize(const char *text);

@@ -34,6 +34,21 @@ struct GraphicObjects {
 };
 GraphicObjects Objects;
 
+// The pixels set aside: a memory context and a bitmap for each slot in use; null without any.
+struct SavedRecord {
+    HDC context = nullptr;
+    std::array<HBITMAP, SAVE_SLOTS> bitmaps = {};
+    std::array<PixelRect, SAVE_SLOTS> places = {};
+};
+SavedRecord Saved;
+
+// What SurfaceClipToPane has to undo.
+struct ClipRecord {
+    int state = 0; // of the context, 0 while it is not clipped
+    HRGN region = nullptr;
+};
+ClipRecord Clip;
+
 COLORREF ColourRef(int colour) {
     uint32_t rgb = ColorTable[static_cast<size_t>(colour)];
     return RGB(rgb >> 16 & 255, rgb >> 8 & 255, rgb & 255);
@@ -84,6 +99,21 @@ void DeleteAll(std::array<Handle, N> &objects) {
     }
 }
 
+// Copies between the picture and a slot's bitmap; without one of them it does nothing.
+void CopySaved(size_t slot, bool back) {
+    HBITMAP bitmap = Saved.bitmaps[slot];
+    if (!PictureDC || !Saved.context || !bitmap) return;
+    const PixelRect &place = Saved.places[slot];
+    int width = place.right - place.left, height = place.bottom - place.top;
+    HGDIOBJ before = SelectObject(Saved.context, bitmap);
+    if (back) {
+        BitBlt(PictureDC, place.left, place.top, width, height, Saved.context, 0, 0, SRCCOPY);
+    } else {
+        BitBlt(Saved.context, 0, 0, width, height, PictureDC, place.left, place.top, SRCCOPY);
+    }
+    SelectObject(Saved.context, before);
+}
+
 } // namespace
 
 void BeginPicture(Pane pane, HDC context) {
@@ -127,6 +157,7 @@ void ReleaseGraphicObjects() {
     DeleteAll(Objects.pens);
     DeleteAll(Objects.solidBrushes);
     DeleteAll(Objects.hatchBrushes);
+    SurfaceDropSaved();
 }
 
 void SurfaceSelect(Pane pane) {
@@ -174,6 +205,64 @@ void SurfaceFill(const PixelRect &rect) {
 
 void SurfaceText(int32_t left, int32_t top, const char *text) {
     if (PictureDC) TextOutA(PictureDC, left, top, text, static_cast<int>(strlen(text)));
+}
+
+void SurfaceSaveUnder(SaveSlot slot, const PixelRect &rect) {
+    auto index = static_cast<size_t>(slot);
+    if (!PictureDC || rect.right <= rect.left || rect.bottom <= rect.top) return;
+    if (!Saved.context) Saved.context = CreateCompatibleDC(PictureDC);
+    if (Saved.bitmaps[index]) DeleteObject(Saved.bitmaps[index]);
+    Saved.bitmaps[index] = CreateCompatibleBitmap(PictureDC, rect.right - rect.left, rect.bottom - rect.top);
+    Saved.places[index] = rect;
+    CopySaved(index, false);
+}
+
+void SurfaceRestoreUnder(SaveSlot slot) {
+    CopySaved(static_cast<size_t>(slot), true);
+}
+
+void SurfaceDropSaved() {
+    DeleteAll(Saved.bitmaps);
+    if (Saved.context) DeleteDC(Saved.context);
+    Saved.context = nullptr;
+}
+
+void SurfaceClipToPane(bool on) {
+    if (!PictureDC) return;
+    if (!on) {
+        if (Clip.state) RestoreDC(PictureDC, Clip.state);
+        if (Clip.region) DeleteObject(Clip.region);
+        Clip = {};
+        return;
+    }
+    RECT client = {};
+    GetClientRect(PictureWindow, &client);
+    Clip.state = SaveDC(PictureDC);
+    Clip.region = CreateRectRgnIndirect(&client);
+    if (Clip.region) SelectClipRgn(PictureDC, Clip.region);
+}
+
+void SurfaceXorPolygon(std::span<const PixelPoint> points) {
+    constexpr size_t MOST_POINTS = 10;
+    if (!PictureDC) return;
+    std::array<POINT, MOST_POINTS> converted;
+    size_t count = std::min(points.size(), MOST_POINTS);
+    for (size_t i = 0; i < count; i++) converted[i] = {points[i].x, points[i].y};
+    // Black changes nothing, white inverts: the outline stays as it is.
+    HGDIOBJ pen = SelectObject(PictureDC, GetStockObject(BLACK_PEN));
+    HGDIOBJ brush = SelectObject(PictureDC, GetStockObject(WHITE_BRUSH));
+    SetROP2(PictureDC, R2_XORPEN);
+    Polygon(PictureDC, converted.data(), static_cast<int>(count));
+    SetROP2(PictureDC, R2_COPYPEN);
+    SelectObject(PictureDC, pen);
+    SelectObject(PictureDC, brush);
+}
+
+void SurfaceInvert(const PixelRect &rect) {
+    if (!PictureDC) return;
+    HGDIOBJ brush = SelectObject(PictureDC, GetStockObject(WHITE_BRUSH));
+    PatBlt(PictureDC, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, PATINVERT);
+    SelectObject(PictureDC, brush);
 }
 
 PixelSize SurfaceTextSize(const char *text) {

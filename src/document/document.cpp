@@ -2,7 +2,9 @@
 
 #include "config/paths.h"
 #include "config/settings.h"
+#include "display/overlay.h"
 #include "display/rows.h"
+#include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "editlog/edit_log.h"
 #include "integration/suite/message_service.h"
@@ -203,6 +205,8 @@ int LoadDocument(char *path) {
 
 int ReloadDocument() {
     PatternStoreFree();
+    DrawOverlay(false);
+    DrawRulerCursor(false);
     ForgetView();
     LogDeleteFile();
     DisplayOpen = 0;

@@ -2,9 +2,12 @@
 
 #include "config/paths.h"
 #include "config/settings.h"
+#include "display/mouse_place.h"
+#include "display/overlay.h"
 #include "display/renderer.h"
 #include "display/row_metrics.h"
 #include "display/rows.h"
+#include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "document/document.h"
 #include "editlog/edit_log.h"
@@ -42,6 +45,9 @@ void InitState() {
     InitPaths();
     InitReporting();
     InitWaveView();
+    InitMouse();
+    InitOverlay();
+    InitRulerCursor();
     InitDocument();
 }
 

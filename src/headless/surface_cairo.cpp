@@ -163,6 +163,73 @@ void RecordColour(SurfaceCall::Kind kind, int colour, bool patterned) {
     HeadlessSurface.calls.push_back(call);
 }
 
+void RecordSaved(SurfaceCall::Kind kind, SaveSlot slot, const PixelRect &rect) {
+    if (!HeadlessSurface.recording) return;
+    SurfaceCall call = MakeCall(kind);
+    call.slot = slot;
+    call.rect = rect;
+    HeadlessSurface.calls.push_back(call);
+}
+
+// The difference from white is the inverse, and its inverse the pixel itself.
+void InvertPath(cairo_t *context) {
+    cairo_set_operator(context, CAIRO_OPERATOR_DIFFERENCE);
+    cairo_set_source_rgb(context, 1, 1, 1);
+    cairo_fill(context);
+}
+
+// The pixels of the current panel, as far as they lie in an image that is drawn pixel by pixel.
+struct ImageWindow {
+    ImageWindow();
+    uint32_t *at(int32_t x, int32_t y) const {
+        return reinterpret_cast<uint32_t *>(data + (y + origin.y) * stride) + x + origin.x;
+    }
+
+    cairo_surface_t *surface = nullptr;
+    unsigned char *data = nullptr; // null if there are none
+    int stride = 0;
+    PixelPoint origin = {};
+    PixelRect bounds = {}; // in the panel's pixels
+};
+
+ImageWindow::ImageWindow() {
+    const PictureTarget &target = HeadlessSurface.target;
+    if (!target.context || !target.crisp) return;
+    surface = cairo_get_target(target.context);
+    if (cairo_surface_get_type(surface) != CAIRO_SURFACE_TYPE_IMAGE) return;
+    auto pane = static_cast<size_t>(HeadlessSurface.pane);
+    origin = target.origin[pane];
+    bounds.left = std::max(0, -origin.x);
+    bounds.top = std::max(0, -origin.y);
+    bounds.right = std::min(target.size[pane].width, cairo_image_surface_get_width(surface) - origin.x);
+    bounds.bottom = std::min(target.size[pane].height, cairo_image_surface_get_height(surface) - origin.y);
+    cairo_surface_flush(surface);
+    stride = cairo_image_surface_get_stride(surface);
+    data = cairo_image_surface_get_data(surface);
+}
+
+// Copies between the panel and what was set aside of it, as far as it lies in the panel.
+void CopySaved(const ImageWindow &image, SavedPixels &saved, bool back) {
+    const PixelRect &place = saved.place;
+    int32_t left = std::max(place.left, image.bounds.left), right = std::min(place.right, image.bounds.right);
+    int32_t top = std::max(place.top, image.bounds.top), bottom = std::min(place.bottom, image.bounds.bottom);
+    if (left >= right || top >= bottom) return;
+    size_t width = static_cast<size_t>(place.right - place.left);
+    for (int32_t y = top; y < bottom; y++) {
+        uint32_t *kept =
+            saved.pixels.data() + static_cast<size_t>(y - place.top) * width + (left - place.left);
+        size_t bytes = static_cast<size_t>(right - left) * sizeof *kept;
+        if (back) {
+            memcpy(image.at(left, y), kept, bytes);
+        } else {
+            memcpy(kept, image.at(left, y), bytes);
+        }
+    }
+    if (back)
+        cairo_surface_mark_dirty_rectangle(image.surface, left + image.origin.x, top + image.origin.y,
+                                           right - left, bottom - top);
+}
+
 } // namespace
 
 void InitHeadlessSurface() {
@@ -251,6 +318,65 @@ void SurfaceText(int32_t left, int32_t top, const char *text) {
     SetSourceColour(drawing.context, HeadlessSurface.textColour);
     cairo_translate(drawing.context, left, top);
     HeadlessFontDraw(drawing.context, text, HeadlessSurface.target.crisp);
+}
+
+void SurfaceSaveUnder(SaveSlot slot, const PixelRect &rect) {
+    bool empty = rect.right <= rect.left || rect.bottom <= rect.top;
+    if (HeadlessSurface.pane == Pane::None || empty) return;
+    RecordSaved(SurfaceCall::Kind::SaveUnder, slot, rect);
+    SavedPixels &saved = HeadlessSurface.saved[static_cast<size_t>(slot)];
+    saved = {true, rect, {}};
+    ImageWindow image;
+    if (!image.data) return;
+    saved.pixels.resize(static_cast<size_t>(rect.right - rect.left) * (rect.bottom - rect.top));
+    CopySaved(image, saved, false);
+}
+
+void SurfaceRestoreUnder(SaveSlot slot) {
+    SavedPixels &saved = HeadlessSurface.saved[static_cast<size_t>(slot)];
+    if (HeadlessSurface.pane == Pane::None || !saved.held) return;
+    RecordSaved(SurfaceCall::Kind::RestoreUnder, slot, saved.place);
+    ImageWindow image;
+    if (image.data && !saved.pixels.empty()) CopySaved(image, saved, true);
+}
+
+void SurfaceDropSaved() {
+    HeadlessSurface.saved = {};
+    if (HeadlessSurface.recording) HeadlessSurface.calls.push_back(MakeCall(SurfaceCall::Kind::DropSaved));
+}
+
+// Drawing here never leaves the panel, so there is nothing to clip.
+void SurfaceClipToPane(bool on) {
+    if (HeadlessSurface.pane == Pane::None || !HeadlessSurface.recording) return;
+    SurfaceCall call = MakeCall(SurfaceCall::Kind::ClipToPane);
+    call.on = on;
+    HeadlessSurface.calls.push_back(call);
+}
+
+void SurfaceXorPolygon(std::span<const PixelPoint> points) {
+    if (HeadlessSurface.pane == Pane::None) return;
+    if (HeadlessSurface.recording) {
+        SurfaceCall call = MakeCall(SurfaceCall::Kind::XorPolygon);
+        call.points.assign(points.begin(), points.end());
+        HeadlessSurface.calls.push_back(call);
+    }
+    PaneDrawing drawing;
+    if (!drawing.context) return;
+    for (PixelPoint point : points) cairo_line_to(drawing.context, point.x, point.y);
+    InvertPath(drawing.context);
+}
+
+void SurfaceInvert(const PixelRect &rect) {
+    if (HeadlessSurface.pane == Pane::None) return;
+    if (HeadlessSurface.recording) {
+        SurfaceCall call = MakeCall(SurfaceCall::Kind::Invert);
+        call.rect = rect;
+        HeadlessSurface.calls.push_back(call);
+    }
+    PaneDrawing drawing;
+    if (!drawing.context) return;
+    cairo_rectangle(drawing.context, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
+    InvertPath(drawing.context);
 }
 
 PixelSize SurfaceTextSize(const char *text) {

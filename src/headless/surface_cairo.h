@@ -3,18 +3,35 @@
 #pragma once
 
 #include "display/surface.h"
+#include <array>
 #include <cairo.h>
 #include <string>
 #include <vector>
 
 struct SurfaceCall {
-    enum class Kind { Select, Pen, Brush, TextColour, Polyline, Fill, Text };
+    enum class Kind {
+        Select,
+        Pen,
+        Brush,
+        TextColour,
+        Polyline,
+        Fill,
+        Text,
+        SaveUnder,
+        RestoreUnder,
+        DropSaved,
+        ClipToPane,
+        XorPolygon,
+        Invert,
+    };
     Kind kind;
     Pane pane;                      // current at the call
     int colour = 0;                 // of a pen, a brush or a text
     bool patterned = false;         // a dotted pen, a hatched brush
-    std::vector<PixelPoint> points; // of a polyline; the upper left corner of a text
-    PixelRect rect = {};            // of a fill
+    std::vector<PixelPoint> points; // of a polyline or polygon; the upper left corner of a text
+    PixelRect rect = {};            // of a fill, an inversion, or pixels that are saved or put back
+    SaveSlot slot = {};             // of such pixels
+    bool on = false;                // of a clip
     std::string text;
 };
 
@@ -27,6 +44,14 @@ struct PictureTarget {
                        // vector pictures
 };
 
+// Pixels set aside. `pixels` stays empty where none can be read: without a picture, or in one that is not an
+// image drawn pixel by pixel.
+struct SavedPixels {
+    bool held = false;
+    PixelRect place = {};
+    std::vector<uint32_t> pixels;
+};
+
 struct HeadlessSurfaceState {
     bool recording = false;
     std::vector<SurfaceCall> calls;
@@ -37,6 +62,7 @@ struct HeadlessSurfaceState {
     int brushColour = 0;
     bool brushHatched = false;
     int textColour = 15;
+    std::array<SavedPixels, SAVE_SLOTS> saved;
 };
 // Written by the surface; tests and pictures set `recording`, `calls` and `target`.
 extern HeadlessSurfaceState HeadlessSurface;

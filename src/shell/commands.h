@@ -25,6 +25,8 @@ enum CommandPhaseValue : uint16_t {
 enum CursorModeValue : int16_t {
     CURSOR_QUERY = 1,
     CURSOR_ZOOM = 2,
+    CURSOR_RANGE = 16,    // a range is dragged, and shown in the ruler
+    CURSOR_TRACK = 0x200, // a gesture follows the mouse
     CURSOR_SELECT = 0x400,
     CURSOR_WAIT = 0x2000,
 };

@@ -2,6 +2,7 @@
 
 #include "config/settings.h"
 #include "display/composition.h"
+#include "display/overlay.h"
 #include "display/panes_win.h"
 #include "display/surface_win.h"
 #include "display/wave_view.h"
@@ -71,7 +72,11 @@ bool NothingMoved(const WINDOWPOS &change) {
 
 void CloseFrame() {
     DispatchCommand(0);
-    if (!QuerySaveChanges(true)) return;
+    DrawOverlay(false);
+    if (!QuerySaveChanges(true)) {
+        DrawOverlay(true);
+        return;
+    }
     StorePlaces();
     QuitHelp();
     ReleaseDocument();

@@ -1,6 +1,7 @@
 #include "shell/splitter_win.h"
 
 #include "display/composition.h"
+#include "display/overlay.h"
 #include "display/surface_win.h"
 #include "display/wave_view.h"
 #include "shell/frame_layout.h"
@@ -38,6 +39,7 @@ void DrawVerticalBar(int x) {
 
 void SplitterPress(HWND frame, int x) {
     if (dragging || !PanesExist() || !OnSplitter(x, WaveView.NameColumnWidth)) return;
+    DrawOverlay(false);
     SetCapture(frame);
     dragging = true;
     barX = x;
@@ -70,4 +72,5 @@ void SplitterCancel() {
     if (!dragging) return;
     DrawVerticalBar(barX);
     dragging = false;
+    DrawOverlay(true);
 }

@@ -144,10 +144,12 @@ TEST_F(Composition, RepaintingEndsWithThePane) {
 TEST_F(Composition, RepaintingBehindTheLastRowOnlyClears) {
     makeRows(2);
     RepaintRowsFrom(2);
-    EXPECT_EQ(Drawn(), (Names{Fill(0, 0, 2 * rowHeight, 100, 600), Fill(0, 0, 2 * rowHeight, 1000, 600)}));
+    std::string cursor = Line(15, {{0, 0}, {0, 600}});
+    EXPECT_EQ(Drawn(),
+              (Names{Fill(0, 0, 2 * rowHeight, 100, 600), Fill(0, 0, 2 * rowHeight, 1000, 600), cursor}));
     ForgetCalls();
     RepaintRowsFrom(NO_ROW);
-    EXPECT_EQ(Drawn().size(), 2u);
+    EXPECT_EQ(Drawn().size(), 3u);
 }
 
 TEST_F(Composition, WithoutPanelsNothingIsRepainted) {
@@ -185,7 +187,7 @@ TEST_F(Composition, OnlyRowsOfChangedPatternsAreRepainted) {
     makeRows(4);
     clearChanged();
     PatternFromId(WaveRows[2].PatternId)->setChanged(true);
-    RepaintChanged();
+    RepaintChanged(false);
     EXPECT_EQ(erasedWaves(), std::vector{2});
     EXPECT_FALSE(PatternFromId(WaveRows[2].PatternId)->changed());
 }
@@ -193,7 +195,7 @@ TEST_F(Composition, OnlyRowsOfChangedPatternsAreRepainted) {
 TEST_F(Composition, WithNothingChangedNothingIsRepainted) {
     makeRows(4);
     clearChanged();
-    RepaintChanged();
+    RepaintChanged(false);
     EXPECT_TRUE(HeadlessSurface.calls.empty());
 }
 
@@ -202,7 +204,7 @@ TEST_F(Composition, BothRowsOfAPatternAreRepainted) {
     AppendRowOf(WaveRows[0].PatternId);
     clearChanged();
     PatternFromId(WaveRows[0].PatternId)->setChanged(true);
-    RepaintChanged();
+    RepaintChanged(false);
     EXPECT_EQ(erasedWaves(), (std::vector{0, 3}));
 }
 
@@ -217,7 +219,7 @@ TEST_F(Composition, AChangeDeepInsideRepaintsTheRowsOfAllThatUseIt) {
     clearChanged();
     ForgetCalls();
     PatternFromId(deep)->setChanged(true);
-    RepaintChanged();
+    RepaintChanged(false);
     EXPECT_EQ(erasedWaves(), std::vector{0});
     for (uint16_t id : {top, middle, deep}) EXPECT_FALSE(PatternFromId(id)->changed());
 }
@@ -225,7 +227,7 @@ TEST_F(Composition, AChangeDeepInsideRepaintsTheRowsOfAllThatUseIt) {
 TEST_F(Composition, TheFlagsOfPatternsWithoutARowAreCleared) {
     uint16_t id = MakePattern("HIDDEN");
     PatternFromId(id)->setChanged(true);
-    RepaintChanged();
+    RepaintChanged(false);
     EXPECT_FALSE(PatternFromId(id)->changed());
 }
 
@@ -233,7 +235,7 @@ TEST_F(Composition, WhileADocumentIsReadTheFlagsStay) {
     makeRows(1);
     DisplayOpen = 0;
     PatternFromId(1)->setChanged(true);
-    RepaintChanged();
+    RepaintChanged(false);
     EXPECT_TRUE(PatternFromId(1)->changed());
     EXPECT_TRUE(HeadlessSurface.calls.empty());
 }
@@ -244,6 +246,6 @@ TEST_F(Composition, ANewRowIsDrawnByTheRepaintThatFollows) {
     clearChanged();
     ShowWaveByName("NEW");
     ForgetCalls();
-    RepaintChanged();
+    RepaintChanged(false);
     EXPECT_EQ(erasedWaves(), std::vector{1});
 }

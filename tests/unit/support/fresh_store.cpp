@@ -2,7 +2,10 @@
 
 #include "config/paths.h"
 #include "config/settings.h"
+#include "display/mouse_place.h"
+#include "display/overlay.h"
 #include "display/rows.h"
+#include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "document/document.h"
 #include "headless/headless.h"
@@ -24,6 +27,9 @@ void FreshStore::SetUp() {
     InitPaths();
     InitReporting();
     InitWaveView();
+    InitMouse();
+    InitOverlay();
+    InitRulerCursor();
     InitDocument();
     NameChars = {'[', ']', '_', '.'};
     ResizeBlock = realloc;
