@@ -23,6 +23,18 @@ if(EXISTS ${CMAKE_SOURCE_DIR}/resources/kelvane.rc)
   set_target_properties(kelvane PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 endif()
 
+# The manual lies beside the program.
+file(GLOB_RECURSE MANUAL_FILES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/docs/manual/*)
+add_custom_command(OUTPUT ${CMAKE_BINARY_DIR}/manual.stamp
+  COMMAND ${CMAKE_COMMAND} -E rm -rf ${CMAKE_BINARY_DIR}/manual
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_SOURCE_DIR}/docs/manual ${CMAKE_BINARY_DIR}/manual
+  COMMAND ${CMAKE_COMMAND} -E touch ${CMAKE_BINARY_DIR}/manual.stamp
+  DEPENDS ${MANUAL_FILES})
+add_custom_target(manual ALL DEPENDS ${CMAKE_BINARY_DIR}/manual.stamp)
+if(TARGET kelvane)
+  add_dependencies(kelvane manual)
+endif()
+
 file(GLOB WINDOW_TESTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/window/*.cpp)
 if(WINDOW_TESTS)
   add_googletest()

@@ -12,6 +12,7 @@
 #include "editlog/edit_log.h"
 #include "shell/about_box.h"
 #include "shell/frame.h"
+#include "shell/help.h"
 #include "shell/jump_commands.h"
 #include "shell/mode_gestures.h"
 #include "store/pattern_store.h"
@@ -97,9 +98,10 @@ constexpr Command commandTable[] = {
     {COMMAND_SAVE, nullptr, Always},
     {COMMAND_SAVE_AS, nullptr, Always},
     {COMMAND_EXIT, FrameClose, Always},
-    {COMMAND_HELP_CONTENTS, nullptr, Never},
-    {COMMAND_HELP_SEARCH, nullptr, Never},
-    {COMMAND_HELP_ON_HELP, nullptr, Never},
+    {COMMAND_HELP, HelpOnCurrentCommand, Always},
+    {COMMAND_HELP_CONTENTS, HelpContents, Always},
+    {COMMAND_HELP_SEARCH, HelpSearch, Always},
+    {COMMAND_HELP_ON_HELP, HelpOnHelp, Always},
     {COMMAND_ABOUT, ShowAboutBox, Always},
     {COMMAND_QUERY_MODE, nullptr, Always},
     {COMMAND_EDIT_MODE, nullptr, Always},

@@ -10,6 +10,8 @@
 #include "shell/commands.h"
 #include "shell/frame.h"
 #include "shell/frame_layout.h"
+#include "shell/help.h"
+#include "shell/help_win.h"
 #include "shell/message_window_win.h"
 #include "shell/prompt_win.h"
 #include "shell/reporting.h"
@@ -77,6 +79,7 @@ void CloseFrame() {
         return;
     }
     StorePlaces();
+    QuitHelp();
     ReleaseDocument();
     ReleaseWindows();
 }
@@ -107,8 +110,10 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     case WM_CREATE:
         FrameWindow = window;
         ReadScreenSize();
+        InstallHelpHook();
         return 0;
     case WM_DESTROY:
+        RemoveHelpHook();
         FrameWindow = nullptr;
         PostQuitMessage(0);
         return 0;
@@ -118,6 +123,10 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     case WM_INITMENU:
         UpdateCommands();
         return 0;
+    case WM_MENUSELECT:
+        MenuSelectItem = LOWORD(wParam);
+        MenuSelectFlags = HIWORD(wParam);
+        break;
     case WM_CLOSE:
         CloseFrame();
         return 0;
@@ -160,6 +169,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         if (!NothingMoved(*reinterpret_cast<const WINDOWPOS *>(lParam))) RemoveErrorStrip();
         break;
     default:
+        if (message == HelpHookMessage && wParam == HELP_IN_MENU) HelpOnMenuItem();
         break;
     }
     return DefWindowProcA(window, message, wParam, lParam);
