@@ -231,19 +231,19 @@ protected:
 } // namespace
 
 TEST_F(Menus, EntriesThatAreNotBuiltAreGray) {
-    Picture jump = open('J');
-    editor->shoot("menu-jump");
-    ASSERT_GT(jump.height, 100);
-    EXPECT_EQ(ready(jump, 0, 1), 0);
+    Picture options = open('O');
+    editor->shoot("menu-options");
+    ASSERT_GT(options.height, 50);
+    EXPECT_EQ(ready(options, 0, 1), 0);
     PressKey(VK_ESCAPE);
     PressKey(VK_ESCAPE);
 }
 
-TEST_F(Menus, OfTheHelpOnlyTheAboutBoxMayBeChosen) {
+TEST_F(Menus, EntriesOfTheHelpMayBeChosen) {
     Picture help = open('H');
     editor->shoot("menu-help");
     ASSERT_GT(help.height, 50);
-    EXPECT_EQ(ready(help, 0, 0.7), 0);
+    EXPECT_GT(ready(help, 0, 0.7), 20);
     EXPECT_GT(ready(help, 0.75, 1), 20);
     PressKey('A');
     EXPECT_EQ(editor->dialog().title(), "About Kelvane");
@@ -251,8 +251,7 @@ TEST_F(Menus, OfTheHelpOnlyTheAboutBoxMayBeChosen) {
 
 TEST_F(Menus, AGrayKeyDoesNothing) {
     Picture before = editor->picture();
-    for (WORD key : {VK_F9, VK_F4, VK_HOME, VK_DELETE, VK_DOWN, VK_F5}) PressKey(key);
-    PressKey('I', {VK_CONTROL});
+    for (WORD key : {VK_F9, VK_F4, VK_DELETE, VK_SUBTRACT, VK_ADD, VK_F5}) PressKey(key);
     ASSERT_TRUE(editor->painted());
     EXPECT_TRUE(editor->picture() == before);
 }
