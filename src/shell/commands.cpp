@@ -9,6 +9,7 @@
 #include "edit/expand_bus.h"
 #include "editlog/edit_log.h"
 #include "shell/about_box.h"
+#include "shell/data_listing_window.h"
 #include "shell/frame.h"
 #include "shell/help.h"
 #include "store/pattern_store.h"
@@ -65,7 +66,7 @@ constexpr Command commandTable[] = {
     {COMMAND_HIDE, HideHighlightedRows, RowIsSelected},
     {COMMAND_EXPAND_BUS, ExpandSelectedBus, BusIsSelected},
     {COMMAND_NODE_PARAMETERS, nullptr, Never},
-    {COMMAND_SHOW_WAVEFORM_DATA, nullptr, Never},
+    {COMMAND_SHOW_WAVEFORM_DATA, OpenDataListing, Always},
     {COMMAND_PLACE_MARK, nullptr, Never},
     {COMMAND_HIDE_MARK, nullptr, Never},
     {COMMAND_TIMING_OPTIONS, nullptr, Never},

@@ -198,10 +198,11 @@ TEST_F(Commands, OnlyWhatIsBuiltIsEnabledWithoutASelection) {
     std::vector<uint32_t> enabled;
     for (auto [id, on] : MenuState())
         if (on) enabled.push_back(id);
-    EXPECT_EQ(enabled, (std::vector<uint32_t>{
-                           COMMAND_REDRAW, COMMAND_NEW, COMMAND_OPEN, COMMAND_SAVE, COMMAND_SAVE_AS,
-                           COMMAND_EXIT, COMMAND_HELP, COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH,
-                           COMMAND_HELP_ON_HELP, COMMAND_ABOUT, COMMAND_QUERY_MODE, COMMAND_EDIT_MODE}));
+    EXPECT_EQ(enabled,
+              (std::vector<uint32_t>{COMMAND_REDRAW, COMMAND_SHOW_WAVEFORM_DATA, COMMAND_NEW, COMMAND_OPEN,
+                                     COMMAND_SAVE, COMMAND_SAVE_AS, COMMAND_EXIT, COMMAND_HELP,
+                                     COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH, COMMAND_HELP_ON_HELP,
+                                     COMMAND_ABOUT, COMMAND_QUERY_MODE, COMMAND_EDIT_MODE}));
 }
 
 TEST_F(Commands, HideAndDuplicateNeedASelectedRow) {
