@@ -9,6 +9,8 @@
 #include "display/viewport.h"
 #include "store/pattern_store.h"
 #include <algorithm>
+#include <array>
+#include <span>
 #include <vector>
 
 PaintRangeRecord PaintRange;
@@ -82,11 +84,19 @@ bool RefersToChanged(const Pattern *pattern) {
     return false;
 }
 
-// Looks at all items without a branch, as most patterns are long and hold data alone.
+// One more than the number of items of each pattern that was last seen to hold data alone, 0 for the others.
+// Whatever changes a pattern's items sets its flag, so one without the flag is as it was seen; to look at all
+// items of a long document again after each edit would take longer than the repaint.
+std::array<uint32_t, MAX_PATTERNS> DataAlone;
+
 bool HoldsReference(const Pattern *pattern) {
+    uint32_t seen = pattern->itemCount + 1u;
+    if (DataAlone[pattern->id] == seen) return false;
     uint32_t words = 0;
     for (const PatternItem &item : std::span(pattern->items(), pattern->itemCount)) words |= item.word0;
-    return PatternItem{words, 0}.isReference();
+    bool holds = PatternItem{words, 0}.isReference();
+    DataAlone[pattern->id] = holds ? 0 : seen;
+    return holds;
 }
 
 bool AnyPatternChanged() {
@@ -100,8 +110,13 @@ bool AnyPatternChanged() {
 void SpreadChanged() {
     std::vector<Pattern *> users;
     for (uint32_t id = 1; id <= HighestPatternId; id++) {
-        if (PatternInUse(id) && !PatternFromId(id)->changed() && HoldsReference(PatternFromId(id)))
-            users.push_back(PatternFromId(id));
+        if (!PatternInUse(id)) continue;
+        Pattern *pattern = PatternFromId(id);
+        if (pattern->changed()) {
+            DataAlone[id] = 0;
+        } else if (HoldsReference(pattern)) {
+            users.push_back(pattern);
+        }
     }
     size_t left;
     do {
@@ -128,6 +143,11 @@ void ClearAllChanged() {
 }
 
 } // namespace
+
+void InitComposition() {
+    PaintRange = {};
+    DataAlone.fill(0);
+}
 
 void PaintPane(Pane pane) {
     int held = LogHoldOpen(1);

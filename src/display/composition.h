@@ -7,7 +7,10 @@
 struct PaintRangeRecord {
     uint32_t paintFirstRow, paintLastRow;
 };
+// Written by PaintPane.
 extern PaintRangeRecord PaintRange;
+// Puts the start values in place.
+void InitComposition();
 
 // Around a paint message and before an erase message of a panel: what lies over the picture goes off before
 // the picture changes, and comes on again behind it.

@@ -8,7 +8,9 @@
 #include "shell/commands.h"
 #include "shell/frame_win.h"
 #include "shell/reporting.h"
+#include "shell/view_gestures.h"
 #include "shell/window_positions.h"
+#include <windowsx.h>
 
 namespace {
 
@@ -72,6 +74,63 @@ bool ShowCursorOver(HWND window, LPARAM lParam) {
     return true;
 }
 
+// --- the mouse --------------------------------------------------------------------------------------
+
+MouseKeys KeysOf(WPARAM wParam) {
+    return {(wParam & MK_SHIFT) != 0, (wParam & MK_CONTROL) != 0};
+}
+
+// How many rows one step of the wheel is, as the user has set it.
+int32_t WheelRows() {
+    UINT lines = 0;
+    if (!SystemParametersInfoA(SPI_GETWHEELSCROLLLINES, 0, &lines, 0)) return 1;
+    return lines == WHEEL_PAGESCROLL ? static_cast<int32_t>(VisibleRows()) : static_cast<int32_t>(lines);
+}
+
+void PressLeft(HWND window, WPARAM wParam, int x, int y) {
+    SetCapture(window);
+    LeftPressed(PaneOf(window), x, y, KeysOf(wParam));
+}
+
+void ReleaseLeft(HWND window, int x, int y) {
+    LeftReleased(PaneOf(window), x, y);
+    if (GetCapture() == window) ReleaseCapture();
+}
+
+// False if the message is not one of the mouse's.
+bool HandleMouse(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    int x = GET_X_LPARAM(lParam), y = GET_Y_LPARAM(lParam);
+    switch (message) {
+    case WM_MOUSEMOVE:
+        MouseMoved(PaneOf(window), x, y);
+        return true;
+    case WM_LBUTTONDOWN:
+        PressLeft(window, wParam, x, y);
+        return true;
+    case WM_LBUTTONUP:
+        ReleaseLeft(window, x, y);
+        return true;
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN:
+    case WM_NCLBUTTONUP:
+        OtherPressed();
+        return message != WM_NCLBUTTONUP;
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP:
+        OtherReleased(PaneOf(window), x, y);
+        return true;
+    case WM_CAPTURECHANGED:
+        MouseCaptureLost();
+        return true;
+    case WM_MOUSEWHEEL:
+    case WM_MOUSEHWHEEL:
+        WheelOverPanes(message, wParam, lParam);
+        return true;
+    default:
+        return false;
+    }
+}
+
 LRESULT HandlePaneMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_CREATE:
@@ -111,7 +170,8 @@ LRESULT HandlePaneMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPara
 }
 
 LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    LRESULT result = HandlePaneMessage(window, message, wParam, lParam);
+    bool mouse = HandleMouse(window, message, wParam, lParam);
+    LRESULT result = mouse ? 0 : HandlePaneMessage(window, message, wParam, lParam);
     ReleasePicture("ReleaseDC Failure in MainWndProc");
     return result;
 }
@@ -150,6 +210,22 @@ void PlacePanes(const FrameLayout &layout) {
     Move(RulerWindow, layout.ruler);
     Move(NameWindow, layout.names);
     Move(WaveWindow, layout.waves);
+}
+
+void WheelOverPanes(UINT message, WPARAM wParam, LPARAM lParam) {
+    int turn = GET_WHEEL_DELTA_WPARAM(wParam);
+    if (message == WM_MOUSEHWHEEL) {
+        WheelTipped(turn);
+        return;
+    }
+    POINT place = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    HWND under = WindowFromPoint(place);
+    Pane pane = Pane::Name;
+    for (Pane other : {Pane::Ruler, Pane::Wave}) {
+        if (under && under == PaneWindow(other)) pane = other;
+    }
+    if (under) ScreenToClient(under, &place);
+    WheelTurned(pane, place.x, turn, KeysOf(GET_KEYSTATE_WPARAM(wParam)), WheelRows());
 }
 
 bool OpenWindow() {

@@ -11,5 +11,7 @@ HWND PaneWindow(Pane pane);
 bool RegisterPaneClass(HBRUSH background);
 // Puts the panels at their places.
 void PlacePanes(const FrameLayout &layout);
+// A message of the wheel, which goes to the panel under the pointer, whatever window got it.
+void WheelOverPanes(UINT message, WPARAM wParam, LPARAM lParam);
 // The size of the screen, in pixels.
 void SetScreenSize(int32_t width, int32_t height);

@@ -10,6 +10,8 @@ namespace {
 constexpr int32_t LOWEST_SCALE = -26;
 constexpr int32_t HIGHEST_SCALE = 4;
 
+constexpr TimeVal ROUNDINGS_PER_TICK = 10;
+
 constexpr int32_t DEFAULT_NAME_COLUMN = 100; // pixels of an ordinary screen
 
 // How often `n` can be doubled before its top bit is set, at most `limit` times.
@@ -123,6 +125,17 @@ int32_t NameFieldWidth() {
 
 int32_t NameShift() {
     return NameFieldWidth() - WaveView.NameColumnWidth - WaveView.NameScroll;
+}
+
+AxisPlace MouseToTimeRow(Pane pane, int32_t x, int32_t y) {
+    bool onRuler = pane == Pane::Ruler;
+    if (onRuler) x = x < WaveView.NameColumnWidth ? 0 : x - WaveView.NameColumnWidth;
+    if (pane == Pane::Name) x = 0;
+    TimeVal time = TimeAdd(WaveView.ViewLeft, PixelsToTime(std::max(x, 0)));
+    TimeVal step = WaveView.TickMinor / ROUNDINGS_PER_TICK;
+    if (WaveView.Scale < 0 && step != 0) time = TimeRoundTo(time, step);
+    if (onRuler || WaveView.RowHeight <= 0) return {time, 0};
+    return {time, WaveView.TopRow + static_cast<uint32_t>(std::max(y, 0) / WaveView.RowHeight)};
 }
 
 uint32_t VisibleRows() {

@@ -31,6 +31,15 @@ void InitViewport();
 int32_t NameFieldWidth();
 int32_t NameShift();
 
+// A place in a panel as a time and a row.
+struct AxisPlace {
+    TimeVal time;
+    uint32_t row;
+};
+// The place of a pixel of a panel's client area. Left of the waves it is the time at their left edge; on the
+// ruler the row is 0. Where several time units share a pixel, the time is rounded to a tenth of a tick.
+AxisPlace MouseToTimeRow(Pane pane, int32_t x, int32_t y);
+
 void UpdateTimeScrollBar();
 void UpdateRowScrollBar();
 void UpdateNameScrollBar();

@@ -2,6 +2,7 @@
 
 #include "config/paths.h"
 #include "config/settings.h"
+#include "display/composition.h"
 #include "display/mouse_place.h"
 #include "display/overlay.h"
 #include "display/renderer.h"
@@ -47,6 +48,7 @@ void InitState() {
     InitWaveView();
     InitMouse();
     InitOverlay();
+    InitComposition();
     InitRulerCursor();
     InitDocument();
 }

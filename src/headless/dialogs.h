@@ -8,6 +8,8 @@
 struct HeadlessDialogState {
     int aboutBoxes = 0;
     std::vector<std::string> textQuestions;
+    std::vector<std::string> textStarts; // what stood in the field
+    std::vector<int> textSizes;          // of the buffers
     std::deque<std::string> textAnswers; // with none left the question is cancelled
 };
 // Written by the dialogs and, for what is answered, by its users.

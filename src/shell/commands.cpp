@@ -2,9 +2,11 @@
 
 #include "display/composition.h"
 #include "display/cursor_readout.h"
+#include "display/overlay.h"
 #include "display/panes.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
+#include "display/zoom.h"
 #include "document/document.h"
 #include "edit/expand_bus.h"
 #include "editlog/edit_log.h"
@@ -12,10 +14,10 @@
 #include "shell/data_listing_window.h"
 #include "shell/frame.h"
 #include "shell/help.h"
+#include "shell/jump_commands.h"
+#include "shell/mode_gestures.h"
 #include "store/pattern_store.h"
 #include <cstdio>
-
-CommandStateRecord CommandState;
 
 namespace {
 
@@ -29,6 +31,10 @@ bool RowIsSelected() {
     return WaveView.RowCount > 0 && WaveView.SelectRow < WaveView.RowCount;
 }
 
+bool MarkIsPlaced() {
+    return WaveView.MarkActive;
+}
+
 // For a command that is not built: its menu entry stays gray.
 bool Never() {
     return false;
@@ -36,19 +42,22 @@ bool Never() {
 
 struct Command {
     uint32_t id;
-    // What it runs; null for a command that DispatchCommand handles itself.
+    // What it runs; null for a command of one of the ranges below, and for one that DispatchCommand handles.
     void (*run)();
     bool (*allowed)();
 };
 
-// Every menu entry.
+// Every menu entry, and the commands that only a key or a message runs.
 constexpr Command commandTable[] = {
     {COMMAND_REDRAW, RepaintAll, Always},
-    {COMMAND_ZOOM_IN, nullptr, Never},
-    {COMMAND_ZOOM_OUT, nullptr, Never},
-    {COMMAND_PAN, nullptr, Never},
-    {COMMAND_FULL_FIT, nullptr, Never},
-    {COMMAND_FULL_SCALE, nullptr, Never},
+    {COMMAND_ZOOM_FIT, ZoomFit, Always},
+    {COMMAND_ZOOM_IN_STEP, ZoomInStep, Always},
+    {COMMAND_ZOOM_OUT_STEP, ZoomOutStep, Always},
+    {COMMAND_ZOOM_IN, nullptr, Always},
+    {COMMAND_ZOOM_OUT, nullptr, Always},
+    {COMMAND_PAN, nullptr, Always},
+    {COMMAND_FULL_FIT, nullptr, Always},
+    {COMMAND_FULL_SCALE, nullptr, Always},
     {COMMAND_UNDO, nullptr, Never},
     {COMMAND_REDO, nullptr, Never},
     {COMMAND_PAGE_SETUP, nullptr, Never},
@@ -67,19 +76,21 @@ constexpr Command commandTable[] = {
     {COMMAND_EXPAND_BUS, ExpandSelectedBus, BusIsSelected},
     {COMMAND_NODE_PARAMETERS, nullptr, Never},
     {COMMAND_SHOW_WAVEFORM_DATA, OpenDataListing, Always},
-    {COMMAND_PLACE_MARK, nullptr, Never},
-    {COMMAND_HIDE_MARK, nullptr, Never},
+    {COMMAND_PLACE_MARK, PlaceMark, Always},
+    {COMMAND_HIDE_MARK, HideMark, MarkIsPlaced},
     {COMMAND_TIMING_OPTIONS, nullptr, Never},
     {COMMAND_DISPLAY_OPTIONS, nullptr, Never},
-    {COMMAND_NEXT_CHANGE, nullptr, Never},
-    {COMMAND_TO_MARKER, nullptr, Never},
-    {COMMAND_TO_TIME, nullptr, Never},
-    {COMMAND_TO_START, nullptr, Never},
-    {COMMAND_TO_END, nullptr, Never},
-    {COMMAND_TICK_LEFT, nullptr, Never},
-    {COMMAND_TICK_RIGHT, nullptr, Never},
-    {COMMAND_TEN_LEFT, nullptr, Never},
-    {COMMAND_TEN_RIGHT, nullptr, Never},
+    {COMMAND_NEXT_CHANGE, nullptr, RowIsSelected},
+    {COMMAND_TO_MARKER, nullptr, MarkIsPlaced},
+    {COMMAND_TO_TIME, nullptr, Always},
+    {COMMAND_TO_START, nullptr, Always},
+    {COMMAND_TO_END, nullptr, Always},
+    {COMMAND_TICK_LEFT, nullptr, Always},
+    {COMMAND_TICK_RIGHT, nullptr, Always},
+    {COMMAND_TEN_LEFT, nullptr, Always},
+    {COMMAND_TEN_RIGHT, nullptr, Always},
+    {COMMAND_ROW_UP, nullptr, Always},
+    {COMMAND_ROW_DOWN, nullptr, Always},
     {COMMAND_INSERT_PATTERN, nullptr, Never},
     {COMMAND_REMOVE, nullptr, Never},
     {COMMAND_COLORS, nullptr, Never},
@@ -104,16 +115,24 @@ const Command *FindCommand(uint32_t id) {
     return nullptr;
 }
 
-void RunCommand(uint32_t id) {
-    const Command *command = FindCommand(id);
-    if (command && command->run) command->run();
-}
-
 // --- the ranges of ids ----------------------------------------------------------------------------
 
 constexpr uint32_t LAST_SCREEN_COMMAND = 19;
 constexpr uint32_t LAST_VIEW_COMMAND = 49;
 constexpr uint32_t LAST_EXECUTED_COMMAND = 148;
+
+bool IsJumpCommand(uint32_t id) {
+    return id >= COMMAND_NEXT_CHANGE && id <= COMMAND_ROW_DOWN;
+}
+
+void RunCommand(uint32_t id) {
+    const Command *command = FindCommand(id);
+    if (IsJumpCommand(id)) {
+        JumpCommand(id);
+    } else if (command && command->run) {
+        command->run();
+    }
+}
 
 bool IsViewCommand(uint32_t id) {
     return id >= COMMAND_ZOOM_IN && id <= COMMAND_FULL_SCALE;
@@ -134,8 +153,8 @@ void RunScreenCommand(uint32_t id) {
 }
 
 // The steps of one pass of a change of the command in force: ends what stands, or starts the new command.
-// `before` is the command that was in force before this one.
-void RunModePass(uint16_t before) {
+// `before` is the command that was in force before this one, `path` the file for Open, empty to ask for one.
+void RunModePass(uint16_t before, const char *path) {
     if (CommandState.CurrentCommand != 0) CommandState.CursorMode = CURSOR_QUERY;
     if (IsViewCommand(CommandState.CurrentCommand)) {
         ViewCommand(CommandState.CurrentCommand);
@@ -145,7 +164,7 @@ void RunModePass(uint16_t before) {
     switch (CommandState.CurrentCommand) {
     case COMMAND_NEW:
     case COMMAND_OPEN:
-        OpenDocument("", CommandState.CurrentCommand == COMMAND_NEW);
+        OpenDocument(path, CommandState.CurrentCommand == COMMAND_NEW);
         break;
     case COMMAND_SAVE:
     case COMMAND_SAVE_AS:
@@ -159,14 +178,63 @@ void RunModePass(uint16_t before) {
     FinishCommand();
 }
 
-void ChangeCommand(uint32_t id) {
+void ChangeCommand(uint32_t id, const char *path = "") {
     CommandState.CommandPhase = PHASE_ENDING;
-    RunModePass(0);
+    RunModePass(0, "");
     uint16_t before = CommandState.CurrentCommand;
     CommandState.CurrentCommand = static_cast<uint16_t>(id);
     PromptSubstitute[0] = '\0';
     CommandState.CommandPhase = PHASE_STARTING;
-    RunModePass(before);
+    RunModePass(before, path);
+}
+
+// --- view commands ----------------------------------------------------------------------------------
+
+void SaveRunningCommand() {
+    auto &saved = CommandState.SavedViewState;
+    saved.ZoomCentre = WaveView.ZoomCentre;
+    saved.ZoomAnchor = WaveView.ZoomAnchor;
+    saved.ZoomPhase = WaveView.ZoomPhase;
+    saved.running.CurrentCommand = CommandState.CurrentCommand;
+    snprintf(saved.running.substitute, PROMPT_SIZE, "%s", PromptSubstitute);
+    CommandState.ViewCommandSaved = true;
+}
+
+// Takes up again what a view command has interrupted.
+void RestoreRunningCommand() {
+    if (!CommandState.ViewCommandSaved) return;
+    const auto &saved = CommandState.SavedViewState;
+    uint16_t phase = CommandState.CommandPhase;
+    WaveView.ZoomCentre = saved.ZoomCentre;
+    WaveView.ZoomAnchor = saved.ZoomAnchor;
+    WaveView.ZoomPhase = saved.ZoomPhase;
+    CommandState.CurrentCommand = saved.running.CurrentCommand;
+    snprintf(PromptSubstitute, PROMPT_SIZE, "%s", saved.running.substitute);
+    CommandState.ViewCommandSaved = false;
+    SetPrompt("");
+    CommandState.CommandPhase = PHASE_IDLE;
+    FinishCommand();
+    CommandState.CommandPhase = phase;
+}
+
+// The event of a view command in CommandPhase; a start shows the command's prompt. Nonzero when the command
+// is finished.
+int RunViewGesture(uint32_t id) {
+    CommandState.CursorMode = CURSOR_ZOOM;
+    switch (id) {
+    case COMMAND_ZOOM_IN:
+        return ZoomIn();
+    case COMMAND_ZOOM_OUT:
+        return ZoomOut();
+    case COMMAND_PAN:
+        return PanView();
+    case COMMAND_FULL_FIT:
+        return FullFit();
+    case COMMAND_FULL_SCALE:
+        return FullZoom();
+    default:
+        return 0;
+    }
 }
 
 void DispatchById(uint32_t id) {
@@ -188,11 +256,6 @@ void DispatchById(uint32_t id) {
 
 } // namespace
 
-void InitCommands() {
-    CommandState = {};
-    CommandState.CursorMode = CURSOR_QUERY;
-}
-
 void DispatchCommand(int32_t id) {
     ShowErrorStrip(nullptr);
     if (id >= 0) DispatchById(static_cast<uint32_t>(id));
@@ -200,36 +263,29 @@ void DispatchCommand(int32_t id) {
     if (CommandState.CurrentCommand == 0) SetPrompt("Select A Command.  F1 for Help");
 }
 
+void OpenFile(const char *path) {
+    ShowErrorStrip(nullptr);
+    ChangeCommand(COMMAND_OPEN, path);
+    UpdateCommands();
+}
+
 void ViewCommand(uint32_t id) {
-    auto &saved = CommandState.SavedViewState;
     switch (CommandState.CommandPhase) {
     case PHASE_STARTING:
-        if (!CommandState.ViewCommandSaved) {
-            saved.ZoomCentre = WaveView.ZoomCentre;
-            saved.ZoomAnchor = WaveView.ZoomAnchor;
-            saved.ZoomPhase = WaveView.ZoomPhase;
-            saved.running.CurrentCommand = CommandState.CurrentCommand;
-            snprintf(saved.running.substitute, PROMPT_SIZE, "%s", PromptSubstitute);
-            CommandState.ViewCommandSaved = true;
-        }
+        if (!CommandState.ViewCommandSaved) SaveRunningCommand();
         CommandState.CurrentCommand = static_cast<uint16_t>(id);
+        WaveView.ZoomPhase = 0;
+        RunViewGesture(id);
         break;
     case PHASE_PASTING:
-    case PHASE_ENDING: {
-        if (!CommandState.ViewCommandSaved) break;
-        uint16_t phase = CommandState.CommandPhase;
-        WaveView.ZoomCentre = saved.ZoomCentre;
-        WaveView.ZoomAnchor = saved.ZoomAnchor;
-        WaveView.ZoomPhase = saved.ZoomPhase;
-        CommandState.CurrentCommand = saved.running.CurrentCommand;
-        snprintf(PromptSubstitute, PROMPT_SIZE, "%s", saved.running.substitute);
-        CommandState.ViewCommandSaved = false;
-        SetPrompt("");
-        CommandState.CommandPhase = PHASE_IDLE;
-        FinishCommand();
-        CommandState.CommandPhase = phase;
+    case PHASE_ENDING:
+        RestoreRunningCommand();
         break;
-    }
+    case PHASE_PRESSED:
+    case PHASE_SHIFT_PRESSED:
+    case PHASE_RELEASED:
+        if (RunViewGesture(id)) RestoreRunningCommand();
+        break;
     default:
         CommandState.CursorMode = CURSOR_ZOOM;
         break;
@@ -255,7 +311,10 @@ void FinishCommand() {
 
 void SetEditMode(bool edit) {
     CommandState.CursorMode = edit ? CURSOR_SELECT : CURSOR_QUERY;
+    DrawOverlay(false);
+    RunModeGesture();
     if (PanesExist()) ShowCursorReadout();
+    DrawOverlay(true);
 }
 
 bool CommandIsBuilt(uint32_t id) {

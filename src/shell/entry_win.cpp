@@ -6,6 +6,8 @@
 #include "shell/commands.h"
 #include "shell/frame.h"
 #include "shell/frame_win.h"
+#include "shell/mode_gestures.h"
+#include "shell/mouse_gesture.h"
 #include "shell/reporting.h"
 #include <commctrl.h>
 
@@ -27,6 +29,8 @@ void LoadKeys() {
 bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *commandLine, int show) {
     Instance = instance;
     InitCommands();
+    InitMouseGesture();
+    EndModeGesture();
     PrepareApplication(commandLine);
     LoadKeys();
     if (!InitWavesInst(previous, show)) return false;

@@ -18,6 +18,7 @@
 #include "shell/splitter_win.h"
 #include "shell/text_window_win.h"
 #include "shell/window_positions.h"
+#include <shellapi.h>
 #include <windowsx.h>
 
 HWND FrameWindow = nullptr;
@@ -88,6 +89,21 @@ void EndSession() {
     ReleaseDocument();
 }
 
+// Opens the first of the files.
+void OpenDropped(HDROP files) {
+    char path[MAX_PATH_SIZE];
+    UINT length = DragQueryFileA(files, 0, nullptr, 0);
+    bool fits = length > 0 && length < sizeof path && DragQueryFileA(files, 0, path, sizeof path) > 0;
+    DragFinish(files);
+    if (!DisplayOpen) return;
+    SetForegroundWindow(FrameWindow);
+    if (fits) {
+        OpenFile(path);
+    } else if (length > 0) {
+        UserError("File name is too long");
+    }
+}
+
 LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_CREATE:
@@ -127,6 +143,13 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         return 0;
     case WM_LBUTTONUP:
         SplitterRelease(window);
+        return 0;
+    case WM_MOUSEWHEEL:
+    case WM_MOUSEHWHEEL:
+        WheelOverPanes(message, wParam, lParam);
+        return 0;
+    case WM_DROPFILES:
+        OpenDropped(reinterpret_cast<HDROP>(wParam));
         return 0;
     case WM_CAPTURECHANGED:
         SplitterCancel();
@@ -223,6 +246,7 @@ bool InitWavesInst(HINSTANCE previous, int show) {
     TextWindow = CreateTextWindow(FrameWindow);
     CreateMessageWindow(FrameWindow);
     UpdateCommands();
+    DragAcceptFiles(FrameWindow, TRUE);
     ShowWindow(FrameWindow, show);
     UpdateWindow(FrameWindow);
     return true;

@@ -171,7 +171,9 @@ TEST_F(Document, NewThrowsTheDocumentAwayAndLeavesItsFile) {
     ASSERT_TRUE(titleBecomes("Kelvane - <untitled>"));
     ASSERT_TRUE(editor->painted());
     Picture waves = PictureOfClient(editor->pane(3));
-    EXPECT_EQ(waves.count(colour::white, 0, 0, waves.width, waves.height), waves.width * waves.height);
+    // Nothing but the cursor, in the first column.
+    EXPECT_EQ(waves.count(colour::black, 0, 0, 1, waves.height), waves.height);
+    EXPECT_EQ(waves.count(colour::white, 1, 0, waves.width, waves.height), (waves.width - 1) * waves.height);
     EXPECT_EQ(directory.read("plain.wdl"), TYPED);
 }
 

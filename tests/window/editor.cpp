@@ -337,6 +337,11 @@ bool Editor::writeMemory(void *to, const void *bytes, size_t size) const {
     return to && WriteProcessMemory(process, to, bytes, size, nullptr);
 }
 
+void *Editor::plantBytes(const std::string &bytes) const {
+    void *place = VirtualAllocEx(process, nullptr, bytes.size(), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    return writeMemory(place, bytes.data(), bytes.size()) ? place : nullptr;
+}
+
 bool Editor::plantChange() const {
     int32_t position = 4;
     uint8_t *log = address("EditLog");

@@ -84,6 +84,8 @@ public:
     uint8_t *address(const std::string &symbol) const;
     bool readMemory(const void *from, void *bytes, size_t size) const;
     bool writeMemory(void *to, const void *bytes, size_t size) const;
+    // Puts bytes into memory of the program; null if it cannot be had.
+    void *plantBytes(const std::string &bytes) const;
     // Makes the document count as modified.
     bool plantChange() const;
     // Selects a row, as a click on it will do.

@@ -224,6 +224,21 @@ TEST_F(Composition, AChangeDeepInsideRepaintsTheRowsOfAllThatUseIt) {
     for (uint16_t id : {top, middle, deep}) EXPECT_FALSE(PatternFromId(id)->changed());
 }
 
+TEST_F(Composition, APatternThatHeldDataAloneIsRepaintedOnceItUsesAChangedOne) {
+    uint16_t user = MakeRow("USER", {{0, 5}, {1, 5}});
+    uint16_t used = MakePattern("$USED", {{0, 5}});
+    RepaintChanged(false);
+    PatternFromId(used)->setChanged(true);
+    RepaintChanged(false); // sees data alone in the user
+    DeleteItem(PatternFromId(user), 1);
+    AddReference(user, {used});
+    RepaintChanged(false);
+    ForgetCalls();
+    PatternFromId(used)->setChanged(true);
+    RepaintChanged(false);
+    EXPECT_EQ(erasedWaves(), std::vector{0});
+}
+
 TEST_F(Composition, TheFlagsOfPatternsWithoutARowAreCleared) {
     uint16_t id = MakePattern("HIDDEN");
     PatternFromId(id)->setChanged(true);

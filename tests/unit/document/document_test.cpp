@@ -2,7 +2,9 @@
 
 #include "config/paths.h"
 #include "config/settings.h"
+#include "display/overlay.h"
 #include "display/rows.h"
+#include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "editlog/edit_log.h"
 #include "headless/headless.h"
@@ -186,6 +188,16 @@ TEST_F(Document, ReloadingForgetsTheOldDocument) {
     using Call = std::pair<uint32_t, bool>;
     EXPECT_EQ(Headless.enabledCommands, (std::vector<Call>{{106, false}, {114, false}}));
     EXPECT_EQ(WaveView.CursorTime, 0u);
+}
+
+TEST_F(Document, ReloadingTakesOffWhatLiesOverThePanels) {
+    open();
+    Headless.panesExist = true;
+    DrawOverlay(true);
+    DrawRulerCursor(true);
+    EXPECT_EQ(ReloadDocument(), 1);
+    EXPECT_FALSE(Overlay.overlayOn);
+    EXPECT_FALSE(RulerCursor.on);
 }
 
 TEST_F(Document, AFailedReloadEndsTheProgram) {

@@ -7,9 +7,13 @@
 #include "editlog/edit_log.h"
 #include "headless/dialogs.h"
 #include "headless/headless.h"
+#include "shell/mode_gestures.h"
+#include "shell/mouse_gesture.h"
 #include "store/pattern_store.h"
+#include "store/queries.h"
 #include "unit/support/fresh_store.h"
 #include <algorithm>
+#include <filesystem>
 #include <map>
 
 namespace {
@@ -17,12 +21,21 @@ namespace {
 class Commands : public FreshStore {
 protected:
     void SetUp() override {
+        before = std::filesystem::current_path();
         FreshStore::SetUp();
         InitHeadlessDialogs();
         InitCommands();
+        InitMouseGesture();
+        EndModeGesture();
         Headless.panesExist = true;
         DisplayOpen = 1;
     }
+    void TearDown() override {
+        // An opened file makes its directory the current one.
+        std::filesystem::current_path(before);
+        FreshStore::TearDown();
+    }
+    std::filesystem::path before;
 
     // A row per pattern; the last one is selected alone.
     static void ShowRows(const std::vector<const char *> &names) {
@@ -124,7 +137,7 @@ TEST_F(Commands, AboutShowsTheBoxAndKeepsTheMode) {
 
 TEST_F(Commands, CommandsThatAreNotBuiltDoNothing) {
     DispatchCommand(COMMAND_EDIT_MODE);
-    for (int id : {COMMAND_UNDO, COMMAND_PASTE, COMMAND_TO_END, COMMAND_HELP, COMMAND_HELP_CONTENTS}) {
+    for (int id : {COMMAND_UNDO, COMMAND_PASTE, COMMAND_PRINT, COMMAND_HELP, COMMAND_HELP_CONTENTS}) {
         DispatchCommand(id);
         EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE) << id;
     }
@@ -198,11 +211,22 @@ TEST_F(Commands, OnlyWhatIsBuiltIsEnabledWithoutASelection) {
     std::vector<uint32_t> enabled;
     for (auto [id, on] : MenuState())
         if (on) enabled.push_back(id);
-    EXPECT_EQ(enabled,
-              (std::vector<uint32_t>{COMMAND_REDRAW, COMMAND_SHOW_WAVEFORM_DATA, COMMAND_NEW, COMMAND_OPEN,
-                                     COMMAND_SAVE, COMMAND_SAVE_AS, COMMAND_EXIT, COMMAND_HELP,
-                                     COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH, COMMAND_HELP_ON_HELP,
-                                     COMMAND_ABOUT, COMMAND_QUERY_MODE, COMMAND_EDIT_MODE}));
+    EXPECT_EQ(enabled, (std::vector<uint32_t>{COMMAND_REDRAW,        COMMAND_ZOOM_FIT,
+                                              COMMAND_ZOOM_IN_STEP,  COMMAND_ZOOM_OUT_STEP,
+                                              COMMAND_ZOOM_IN,       COMMAND_ZOOM_OUT,
+                                              COMMAND_PAN,           COMMAND_FULL_FIT,
+                                              COMMAND_FULL_SCALE,    COMMAND_SHOW_WAVEFORM_DATA,
+                                              COMMAND_PLACE_MARK,    COMMAND_TO_TIME,
+                                              COMMAND_TO_START,      COMMAND_TO_END,
+                                              COMMAND_TICK_LEFT,     COMMAND_TICK_RIGHT,
+                                              COMMAND_TEN_LEFT,      COMMAND_TEN_RIGHT,
+                                              COMMAND_ROW_UP,        COMMAND_ROW_DOWN,
+                                              COMMAND_NEW,           COMMAND_OPEN,
+                                              COMMAND_SAVE,          COMMAND_SAVE_AS,
+                                              COMMAND_EXIT,          COMMAND_HELP,
+                                              COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH,
+                                              COMMAND_HELP_ON_HELP,  COMMAND_ABOUT,
+                                              COMMAND_QUERY_MODE,    COMMAND_EDIT_MODE}));
 }
 
 TEST_F(Commands, HideAndDuplicateNeedASelectedRow) {
@@ -213,6 +237,28 @@ TEST_F(Commands, HideAndDuplicateNeedASelectedRow) {
     WaveView.SelectRow = NO_ROW;
     EXPECT_FALSE(MenuState()[COMMAND_HIDE]);
     EXPECT_FALSE(MenuState()[COMMAND_DUPLICATE]);
+}
+
+TEST_F(Commands, TheNextChangeNeedsASelectedRow) {
+    MakePattern("A", {{0, 10}});
+    ShowRows({"A"});
+    EXPECT_TRUE(MenuState()[COMMAND_NEXT_CHANGE]);
+    WaveView.SelectRow = WaveView.RowCount;
+    EXPECT_FALSE(MenuState()[COMMAND_NEXT_CHANGE]);
+}
+
+TEST_F(Commands, TheMarkCanBeReachedAndHiddenWhileItIsPlaced) {
+    for (int id : {COMMAND_HIDE_MARK, COMMAND_TO_MARKER}) EXPECT_FALSE(MenuState()[id]) << id;
+    DispatchCommand(COMMAND_PLACE_MARK);
+    for (int id : {COMMAND_HIDE_MARK, COMMAND_TO_MARKER}) EXPECT_TRUE(MenuState()[id]) << id;
+    DispatchCommand(COMMAND_HIDE_MARK);
+    for (int id : {COMMAND_HIDE_MARK, COMMAND_TO_MARKER}) EXPECT_FALSE(MenuState()[id]) << id;
+}
+
+TEST_F(Commands, ClosingADocumentTakesItsMarkAway) {
+    DispatchCommand(COMMAND_PLACE_MARK);
+    DispatchCommand(COMMAND_NEW);
+    for (int id : {COMMAND_HIDE_MARK, COMMAND_TO_MARKER}) EXPECT_FALSE(MenuState()[id]) << id;
 }
 
 TEST_F(Commands, ExpandBusNeedsABusOfItsOwn) {
@@ -266,4 +312,91 @@ TEST_F(Commands, AChangeOfModeEndsAViewCommandFirst) {
     DispatchCommand(COMMAND_QUERY_MODE);
     EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
     EXPECT_FALSE(CommandState.ViewCommandSaved);
+}
+
+TEST_F(Commands, AViewCommandShowsItsPromptAndTheZoomCursorAtOnce) {
+    WaveView.SpanEnd = 100000;
+    DispatchCommand(COMMAND_EDIT_MODE);
+    const std::map<int, std::string> prompts = {
+        {COMMAND_ZOOM_IN, "Zoom In - Pick Center Point or Corner of Zoom Window"},
+        {COMMAND_ZOOM_OUT, "Zoom Out - Pick Center Point"},
+        {COMMAND_PAN, "Pan - Pick Center Point"},
+        {COMMAND_FULL_FIT, "Full Fit - Click for Full Zoom"},
+        {COMMAND_FULL_SCALE, "Full Zoom In - Pick Center Point"},
+    };
+    for (auto &[id, prompt] : prompts) {
+        DispatchCommand(id);
+        EXPECT_EQ(PromptText, prompt);
+        EXPECT_EQ(CommandState.CursorMode, CURSOR_ZOOM);
+    }
+}
+
+TEST_F(Commands, AViewCommandKeepsTheSelectedRowThroughItsEnd) {
+    MakePattern("A", {{0, 10}});
+    DispatchCommand(COMMAND_EDIT_MODE);
+    ShowRows({"A"});
+    DispatchCommand(COMMAND_ZOOM_IN);
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_EQ(WaveView.SelectRow, 0u);
+    EXPECT_TRUE(WaveRows[0].highlighted());
+}
+
+TEST_F(Commands, AnInterruptedCommandGetsItsPromptSubstituteBack) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    snprintf(PromptSubstitute, PROMPT_SIZE, "CLK");
+    DispatchCommand(COMMAND_ZOOM_IN);
+    snprintf(PromptSubstitute, PROMPT_SIZE, "other");
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_STREQ(PromptSubstitute, "CLK");
+}
+
+TEST_F(Commands, AChangeOfModeTakesTheSelectionAway) {
+    MakePattern("A", {{0, 10}});
+    ShowRows({"A"});
+    WaveView.SelectActive = true;
+    DispatchCommand(COMMAND_QUERY_MODE);
+    EXPECT_EQ(WaveView.SelectRow, WaveView.RowCount);
+    EXPECT_FALSE(WaveRows[0].highlighted());
+    EXPECT_FALSE(WaveView.SelectActive);
+}
+
+TEST_F(Commands, TheScreenCommandsZoomAtOnce) {
+    WaveView.SpanEnd = 4000;
+    WaveView.WavePaneWidth = 1000;
+    DispatchCommand(COMMAND_ZOOM_FIT);
+    EXPECT_EQ(WaveView.Scale, -2);
+    DispatchCommand(COMMAND_ZOOM_IN_STEP);
+    EXPECT_EQ(WaveView.Scale, -1);
+    DispatchCommand(COMMAND_ZOOM_OUT_STEP);
+    EXPECT_EQ(WaveView.Scale, -1);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+    EXPECT_EQ(CommandState.CommandPhase, PHASE_IDLE);
+}
+
+// --- a file that is dropped -----------------------------------------------------------------------
+
+TEST_F(Commands, ADroppedFileOpensWithoutAQuestionAndTheModeComesBack) {
+    ScratchDirectory directory;
+    std::string path =
+        directory.write("one.wdl", "%ENDTIME = 40;\nA { In Default None 0 1 50 } = 0 10 1 10;\n");
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_ZOOM_IN);
+    OpenFile(path.c_str());
+    EXPECT_TRUE(Headless.fileQuestions.empty());
+    EXPECT_NE(FindPattern("A"), nullptr);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+    EXPECT_FALSE(CommandState.ViewCommandSaved);
+}
+
+TEST_F(Commands, ADroppedFileDoesNotLoseChanges) {
+    ScratchDirectory directory;
+    std::string path =
+        directory.write("one.wdl", "%ENDTIME = 40;\nA { In Default None 0 1 50 } = 0 10 1 10;\n");
+    MakePattern("OLD", {{0, 10}});
+    EditLog.rPtr = 4;
+    Headless.alertAnswers.push_back(3);
+    OpenFile(path.c_str());
+    ASSERT_EQ(Headless.alerts.size(), 1u);
+    EXPECT_NE(FindPattern("OLD"), nullptr);
+    EditLog.rPtr = 0;
 }

@@ -2,6 +2,7 @@
 
 #include "config/paths.h"
 #include "config/settings.h"
+#include "display/composition.h"
 #include "display/mouse_place.h"
 #include "display/overlay.h"
 #include "display/rows.h"
@@ -29,6 +30,7 @@ void FreshStore::SetUp() {
     InitWaveView();
     InitMouse();
     InitOverlay();
+    InitComposition();
     InitRulerCursor();
     InitDocument();
     NameChars = {'[', ']', '_', '.'};

@@ -1,0 +1,144 @@
+#include "shell/view_gestures.h"
+
+#include "display/overlay.h"
+#include "display/ruler_cursor.h"
+#include "display/viewport.h"
+#include "display/zoom.h"
+#include "shell/commands.h"
+#include "shell/mode_gestures.h"
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+constexpr uint32_t LAST_GESTURE_COMMAND = 50;
+
+// A step of the wheel moves the time by a labelled tick or so.
+constexpr TimeVal TICKS_PER_STEP = 10;
+
+enum class WheelUse { Rows, Time, Zoom };
+
+void RunEvent(uint16_t phase) {
+    DrawRulerCursor(false);
+    CommandState.CommandPhase = phase;
+    WaveView.ZoomCentre = Mouse.time;
+    if (CommandState.CurrentCommand >= 1 && CommandState.CurrentCommand <= LAST_GESTURE_COMMAND) {
+        ViewCommand(CommandState.CurrentCommand);
+    } else {
+        FinishCommand();
+    }
+    CommandState.CommandPhase = PHASE_IDLE;
+    UpdateCommands();
+    DrawRulerCursor(true);
+}
+
+void NotePlace(Pane pane, int32_t x, int32_t y) {
+    if (!MouseGesture.captured) Mouse.pane = pane;
+    StickToPixel(x, y);
+    AxisPlace place = MouseToTimeRow(Mouse.pane, x, y);
+    Mouse.time = place.time;
+    Mouse.row = place.row;
+}
+
+// The whole steps in a turn, with what the turns before it left over.
+int32_t WheelSteps(WheelUse use, int32_t turn) {
+    int32_t &rest = MouseGesture.wheelRest[static_cast<int>(use)];
+    // A turn in the other direction begins anew.
+    if ((rest < 0) != (turn < 0)) rest = 0;
+    rest += turn;
+    int32_t steps = rest / WHEEL_STEP;
+    rest %= WHEEL_STEP;
+    return steps;
+}
+
+// Scrolling paints at once, which what lies over the picture must not be caught in.
+void BareScroll(void (*scroll)(int32_t steps, int32_t rows), int32_t steps, int32_t rows) {
+    DrawRulerCursor(false);
+    DrawOverlay(false);
+    scroll(steps, rows);
+    DrawOverlay(true);
+    DrawRulerCursor(true);
+}
+
+void ScrollTimeBySteps(int32_t steps, int32_t) {
+    TimeVal way = TimeMul(TimeMul(WaveView.TickMinor, TICKS_PER_STEP), static_cast<TimeVal>(std::abs(steps)));
+    ScrollTimeTo(steps < 0 ? TimeSub(WaveView.ViewLeft, way) : TimeAdd(WaveView.ViewLeft, way), true);
+}
+
+void ScrollRowsBySteps(int32_t steps, int32_t rows) {
+    int64_t row = WaveView.TopRow + static_cast<int64_t>(steps) * rows;
+    ScrollRowsTo(static_cast<uint32_t>(std::clamp<int64_t>(row, 0, WaveView.RowCount)), true);
+}
+
+void ZoomBySteps(int32_t x, int32_t steps) {
+    for (int32_t i = 0; i < std::abs(steps); i++) ZoomAbout(x, steps > 0);
+}
+
+} // namespace
+
+void MouseMoved(Pane pane, int32_t x, int32_t y) {
+    if (!DisplayOpen) return;
+    MouseRecord before = Mouse;
+    NotePlace(pane, x, y);
+    if (before.time == Mouse.time && before.row == Mouse.row) return;
+    // What the mouse drags follows it through the marker.
+    DrawRulerCursor(false);
+    DrawRulerCursor(true);
+}
+
+void LeftPressed(Pane pane, int32_t x, int32_t y, MouseKeys keys) {
+    ShowErrorStrip(nullptr);
+    if (!DisplayOpen || MouseGesture.captured) return;
+    NotePlace(pane, x, y);
+    RememberPixel(x, y);
+    MouseGesture.captured = true;
+    MouseGesture.keys = keys;
+    RunEvent(keys.shift ? PHASE_SHIFT_PRESSED : PHASE_PRESSED);
+}
+
+void LeftReleased(Pane pane, int32_t x, int32_t y) {
+    if (!MouseGesture.captured) return;
+    NotePlace(pane, x, y);
+    MouseGesture.captured = false;
+    ForgetPixel();
+    if (DisplayOpen) RunEvent(PHASE_RELEASED);
+}
+
+void OtherPressed() {
+    ShowErrorStrip(nullptr);
+}
+
+void OtherReleased(Pane pane, int32_t x, int32_t y) {
+    ShowErrorStrip(nullptr);
+    if (!DisplayOpen || MouseGesture.captured) return;
+    NotePlace(pane, x, y);
+    ForgetPixel();
+    RunEvent(PHASE_PASTING);
+}
+
+void MouseCaptureLost() {
+    if (!MouseGesture.captured) return;
+    MouseGesture.captured = false;
+    ForgetPixel();
+    WaveView.ZoomPhase = 0;
+    CommandState.CursorMode &= ~(CURSOR_RANGE | CURSOR_TRACK);
+    EndModeGesture();
+    DrawRulerCursor(false);
+    DrawRulerCursor(true);
+}
+
+void WheelTurned(Pane pane, int32_t x, int32_t turn, MouseKeys keys, int32_t rows) {
+    if (!DisplayOpen) return;
+    if (keys.control) {
+        int32_t inWaves = pane == Pane::Ruler ? x - WaveView.NameColumnWidth : pane == Pane::Wave ? x : 0;
+        ZoomBySteps(std::max(inWaves, 0), WheelSteps(WheelUse::Zoom, turn));
+    } else if (keys.shift) {
+        BareScroll(ScrollTimeBySteps, -WheelSteps(WheelUse::Time, turn), rows);
+    } else {
+        BareScroll(ScrollRowsBySteps, -WheelSteps(WheelUse::Rows, turn), rows);
+    }
+}
+
+void WheelTipped(int32_t turn) {
+    if (DisplayOpen) BareScroll(ScrollTimeBySteps, WheelSteps(WheelUse::Time, turn), 0);
+}
