@@ -2,6 +2,7 @@
 
 #include "shell/command_ids.h"
 #include "window/editor.h"
+#include "window/expected.h"
 #include <gtest/gtest.h>
 
 namespace {
@@ -76,6 +77,24 @@ TEST_F(ListingWindow, FollowsTheRows) {
     ASSERT_TRUE(editor->plantSelectedRow(0));
     editor->command(COMMAND_SHOW_WAVEFORM_DATA);
     ExpectLines(listing, {"D[1:0] - Bus [2]", "  Data - 2 - 20"});
+}
+
+TEST_F(ListingWindow, FollowsTheMouseOverTheNames) {
+    ASSERT_TRUE(editor->plantSelectedRow(0));
+    Dialog listing = open();
+    SetWindowPos(listing.window, nullptr, 500, 400, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    RECT names = PlaceOf(editor->pane(2));
+    int height = ExpectedSizes().rowHeight;
+    int x = names.left + 20, y = names.top + height / 2;
+    ClickAt(x, y + height);
+    ExpectLines(listing, {"D[1:0] - Bus [2]", "  Data - 2 - 20"});
+    MoveMouse(x, y);
+    PressButton(true);
+    ExpectLines(listing, LINES_OF_A);
+    // Dragged over both rows the mouse selects both.
+    MoveMouse(x, y + height);
+    ExpectLines(listing, {});
+    PressButton(false);
 }
 
 TEST_F(ListingWindow, ComesToTheTopWhenItIsOpenedAgain) {
