@@ -8,6 +8,7 @@
 #define DIALOG_ABOUT 2
 #define DIALOG_ALERT 9
 #define DIALOG_GET_TEXT 10
+#define DIALOG_LISTING 196
 
 // About box.
 #define ABOUT_TITLE 100
@@ -21,3 +22,6 @@
 // The one-line question.
 #define GET_TEXT_LABEL 100
 #define GET_TEXT_FIELD 101
+
+// The structure of a wave.
+#define LISTING_LIST 101

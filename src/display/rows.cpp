@@ -12,6 +12,7 @@
 #include <cstdio>
 
 uint32_t (*HierDisplayNetHook)(const char *name);
+void (*RowSelectionHook)();
 
 namespace {
 
@@ -176,6 +177,7 @@ void DuplicateHighlightedRows() {
     if (WaveView.RowCount == firstNew) return;
     WaveView.SelectRow = firstNew;
     WaveView.SelectRowLast = WaveView.RowCount - 1;
+    RowSelectionChanged();
     if (!DisplayOpen) return;
     UpdateRowBars();
     RepaintRowsFrom(firstNew);
@@ -188,6 +190,7 @@ void HideRow(uint32_t row) {
     DrawOverlay(false);
     RemoveRow(row, widestGone);
     WaveView.SelectRow = NO_ROW;
+    RowSelectionChanged();
     ShowRemoval(row, widestGone);
     DrawOverlay(true);
 }
@@ -205,6 +208,7 @@ void HideHighlightedRows() {
     WaveView.SelectRow = WaveView.RowCount;
     WaveView.SelectRowLast = WaveView.RowCount;
     WaveView.SelectActive = false;
+    RowSelectionChanged();
     ShowRemoval(lowest, widestGone);
     DrawOverlay(true);
 }
@@ -238,4 +242,9 @@ void SelectRowHighlight(uint32_t row, bool exclusive) {
         WaveView.SelectRowLast = row;
     }
     if (row < WaveView.RowCount) SetHighlight(row, true);
+    RowSelectionChanged();
+}
+
+void RowSelectionChanged() {
+    if (RowSelectionHook) RowSelectionHook();
 }

@@ -25,5 +25,10 @@ void SelectRowOnly(uint32_t row, bool clearOthers);
 // `row` at or beyond `RowCount` then leaves none.
 void SelectRowHighlight(uint32_t row, bool exclusive);
 
+// Called after each change of the selected rows; null while nobody follows it. Installed by who does.
+extern void (*RowSelectionHook)();
+// Calls it, for a change that is made elsewhere.
+void RowSelectionChanged();
+
 // The hierarchy link's display of one net, installed by it; null while there is no link.
 extern uint32_t (*HierDisplayNetHook)(const char *name);

@@ -131,6 +131,7 @@ void ForgetView() {
     WaveView.TopPixel = 0;
     WaveView.SpanStart = 0;
     WaveView.SpanEnd = 0;
+    RowSelectionChanged();
 }
 
 void ShowFreshDocument() {

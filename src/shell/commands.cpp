@@ -11,6 +11,7 @@
 #include "edit/expand_bus.h"
 #include "editlog/edit_log.h"
 #include "shell/about_box.h"
+#include "shell/data_listing_window.h"
 #include "shell/frame.h"
 #include "shell/help.h"
 #include "shell/jump_commands.h"
@@ -74,7 +75,7 @@ constexpr Command commandTable[] = {
     {COMMAND_HIDE, HideHighlightedRows, RowIsSelected},
     {COMMAND_EXPAND_BUS, ExpandSelectedBus, BusIsSelected},
     {COMMAND_NODE_PARAMETERS, nullptr, Never},
-    {COMMAND_SHOW_WAVEFORM_DATA, nullptr, Never},
+    {COMMAND_SHOW_WAVEFORM_DATA, OpenDataListing, Always},
     {COMMAND_PLACE_MARK, PlaceMark, Always},
     {COMMAND_HIDE_MARK, HideMark, MarkIsPlaced},
     {COMMAND_TIMING_OPTIONS, nullptr, Never},

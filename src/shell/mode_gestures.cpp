@@ -75,6 +75,7 @@ void TrackRowRange(TimeVal, uint32_t row) {
     for (uint32_t other = 0; other < WaveView.RowCount; other++) {
         Highlight(other, other >= first && other <= last);
     }
+    RowSelectionChanged();
 }
 
 uint32_t FirstHighlighted() {
@@ -88,6 +89,7 @@ void ToggleRow(uint32_t row) {
     Highlight(row, !WaveRows[row].highlighted());
     WaveView.SelectRow = WaveRows[row].highlighted() ? row : FirstHighlighted();
     WaveView.SelectRowLast = WaveView.SelectRow;
+    RowSelectionChanged();
 }
 
 void PressInNames() {
