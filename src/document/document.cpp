@@ -8,6 +8,7 @@
 #include "display/viewport.h"
 #include "editlog/edit_log.h"
 #include "integration/suite/message_service.h"
+#include "shell/command_ids.h"
 #include "shell/file_dialogs.h"
 #include "shell/file_names.h"
 #include "shell/frame.h"
@@ -32,10 +33,6 @@ constexpr uint32_t FILE_MESSAGE_CLASS = 7;
 constexpr uint32_t NEW_FILE_DETAIL = 3;
 // A failed load takes this much of the pattern table away.
 constexpr size_t TABLE_ENTRIES_DROPPED = 2000;
-
-// The commands of the mark, gray while there is none.
-constexpr uint32_t COMMAND_HIDE_MARK = 106;
-constexpr uint32_t COMMAND_TO_MARKER = 114;
 
 // The titles of the file dialogs' filters for each kind of tool in the suite.
 struct FileKind {
