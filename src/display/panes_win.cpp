@@ -48,19 +48,46 @@ Pane PaneOf(HWND window) {
     return static_cast<Pane>(GetWindowWord(window, 0));
 }
 
+// Erases and draws what lies in the box on a context of the panel.
+void PaintOn(HDC context, Pane pane, const RECT &box) {
+    FillRect(context, &box, SolidBrush(ColorSettings[Background]));
+    // A message box over a load that failed lets paints in when there is nothing left to show.
+    if (!WaveRows) return;
+    BeginPicture(pane, context);
+    PaintPane(pane);
+    EndPicture();
+}
+
+// Paints in memory and shows the result in one go, so that neither the erasing nor the drawing row by row is
+// seen. Without the memory it paints on the panel itself.
+void PaintUnseen(HDC context, Pane pane, const RECT &box) {
+    int width = box.right - box.left, height = box.bottom - box.top;
+    HDC memory = CreateCompatibleDC(context);
+    HBITMAP bitmap = memory ? CreateCompatibleBitmap(context, width, height) : nullptr;
+    if (!bitmap) {
+        if (memory) DeleteDC(memory);
+        PaintOn(context, pane, box);
+        return;
+    }
+    HGDIOBJ before = SelectObject(memory, bitmap);
+    SetViewportOrgEx(memory, -box.left, -box.top, nullptr);
+    // Hatches begin where they would on the panel.
+    SetBrushOrgEx(memory, -box.left, -box.top, nullptr);
+    PaintOn(memory, pane, box);
+    BitBlt(context, box.left, box.top, width, height, memory, box.left, box.top, SRCCOPY);
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+}
+
 void PaintWindow(HWND window) {
     constexpr const char *failure = "ReleaseDC Failure in WM_PAINT";
-    // A message box over a load that failed lets paints in when there is nothing left to show.
     bool hasRows = WaveRows != nullptr;
     PaintBegins(PaneOf(window));
     ReleasePicture(failure);
     PAINTSTRUCT paint;
     HDC context = BeginPaint(window, &paint);
-    if (context && hasRows) {
-        BeginPicture(PaneOf(window), context);
-        PaintPane(PaneOf(window));
-        EndPicture();
-    }
+    if (context && !IsRectEmpty(&paint.rcPaint)) PaintUnseen(context, PaneOf(window), paint.rcPaint);
     EndPaint(window, &paint);
     if (hasRows) PaintEnds(PaneOf(window));
     ReleasePicture(failure);
@@ -147,8 +174,9 @@ LRESULT HandlePaneMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPara
         PaintWindow(window);
         return 0;
     case WM_ERASEBKGND:
+        // The paint erases, unseen.
         EraseBegins(PaneOf(window));
-        break;
+        return 1;
     case WM_HSCROLL:
     case WM_VSCROLL:
         ScrollPane(PaneOf(window), message == WM_HSCROLL ? ScrollBar::Horizontal : ScrollBar::Vertical,
