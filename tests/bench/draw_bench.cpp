@@ -1,15 +1,12 @@
 // Drawing a full window of dense rows, against the walk that it rests on.
-#include "config/settings.h"
+#include "bench/rows_bench.h"
 #include "display/composition.h"
 #include "display/renderer.h"
 #include "display/rows.h"
 #include "display/viewport.h"
-#include "headless/headless.h"
-#include "headless/surface_cairo.h"
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
-#include "store/state_table.h"
 #include <benchmark/benchmark.h>
 #include <string>
 
@@ -22,15 +19,7 @@ constexpr uint32_t ITEM_LENGTH = 10;
 
 // Rows of one-bit nodes of 8,000 transitions each, all of them in a pane of 1,000 pixels.
 void OpenRows() {
-    InitHeadless();
-    InitHeadlessSurface();
-    InitSettings();
-    InitWaveView();
-    InitViewport();
-    BuildLevelColour();
-    if (!AllocWaveRows() || !PatternStoreInit()) abort();
-    LoadStateTables();
-    InitWaveMetrics();
+    OpenBenchStore();
     for (uint32_t row = 0; row < ROWS; row++) {
         std::string name = "N" + std::to_string(row);
         uint16_t id = CreatePattern(0, name.c_str(), 0)->id;
@@ -40,22 +29,16 @@ void OpenRows() {
         ShowWaveByName(name.c_str());
     }
     UpdateFullDuration();
-    Headless.panesExist = true;
     WaveView.WavePaneWidth = WIDTH;
     WaveView.WavePaneHeight = static_cast<int32_t>(ROWS) * WaveView.RowHeight;
     DisplayOpen = 1;
     ZoomToRange(0, WaveView.SpanEnd);
 }
 
-void CloseRows() {
-    PatternStoreFree();
-    FreeWaveRows();
-}
-
 void DrawRows(benchmark::State &state) {
     OpenRows();
     for (auto _ : state) RepaintAllRows();
-    CloseRows();
+    CloseBenchStore();
 }
 
 int CountSegment(const WalkSegment *segment) {
@@ -72,7 +55,7 @@ void WalkRows(benchmark::State &state) {
             WalkPattern(CountSegment, RowPattern(row), 0, end, DisplayWalkFlags(), PixelsToTime(2));
         }
     }
-    CloseRows();
+    CloseBenchStore();
 }
 
 BENCHMARK(DrawRows)->Name("draw/rows")->Unit(benchmark::kMicrosecond);

@@ -1,15 +1,13 @@
 // What a full paint costs by where the window stands, and, counted, by how much there is in it.
-#include "config/settings.h"
+#include "bench/rows_bench.h"
 #include "display/composition.h"
 #include "display/renderer.h"
 #include "display/rows.h"
 #include "display/viewport.h"
-#include "headless/headless.h"
 #include "headless/surface_cairo.h"
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
-#include "store/state_table.h"
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <string>
@@ -21,19 +19,6 @@ constexpr int32_t WIDTH = 1000;
 // Items of the flat rows, below what a record holds.
 constexpr uint32_t ITEMS_OF_ROW = 8000;
 constexpr uint32_t ITEMS_OF_NEST = 1000;
-
-void OpenStore() {
-    InitHeadless();
-    InitHeadlessSurface();
-    InitSettings();
-    InitWaveView();
-    InitViewport();
-    BuildLevelColour();
-    if (!AllocWaveRows() || !PatternStoreInit()) abort();
-    LoadStateTables();
-    InitWaveMetrics();
-    Headless.panesExist = true;
-}
 
 uint16_t AddPattern(const std::string &name, uint32_t items) {
     uint16_t id = CreatePattern(0, name.c_str(), 0)->id;
@@ -56,14 +41,9 @@ void ShowAll() {
     ZoomToRange(0, WaveView.SpanEnd);
 }
 
-void CloseStore() {
-    PatternStoreFree();
-    FreeWaveRows();
-}
-
 // A narrow window of rows that repeat without an end, through three levels of nesting.
 void PaintEndless(benchmark::State &state, TimeVal left) {
-    OpenStore();
+    OpenBenchStore();
     uint16_t inner = AddPattern("$inner", 6);
     AddUse("$middle", inner, 5);
     uint16_t middle = FindPattern("$middle")->id;
@@ -75,7 +55,7 @@ void PaintEndless(benchmark::State &state, TimeVal left) {
     WaveView.Scale = -1;
     WaveView.ViewLeft = left;
     for (auto _ : state) RepaintAll();
-    CloseStore();
+    CloseBenchStore();
 }
 
 void PaintStart(benchmark::State &state) {
@@ -106,12 +86,12 @@ void CountPaint(benchmark::State &state) {
     state.counters["calls"] = static_cast<double>(HeadlessSurface.calls.size());
     HeadlessSurface.calls.clear();
     HeadlessSurface.recording = false;
-    CloseStore();
+    CloseBenchStore();
 }
 
 // As many segments as the argument says, as data items of rows one below the other.
 void CountFlat(benchmark::State &state) {
-    OpenStore();
+    OpenBenchStore();
     auto left = static_cast<uint32_t>(state.range(0));
     for (uint32_t row = 0; left > 0; row++) {
         uint32_t items = std::min(left, ITEMS_OF_ROW);
@@ -125,7 +105,7 @@ void CountFlat(benchmark::State &state) {
 
 // The same in one row, as repetitions of a nested pattern.
 void CountNested(benchmark::State &state) {
-    OpenStore();
+    OpenBenchStore();
     uint16_t nest = AddPattern("$nest", ITEMS_OF_NEST);
     AddUse("N", nest, static_cast<uint32_t>(state.range(0)) / ITEMS_OF_NEST);
     CountPaint(state);
