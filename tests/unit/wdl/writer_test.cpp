@@ -140,6 +140,11 @@ TEST_F(Writer, AnItemOfExactly60CharactersDoesNotWrap) {
     PatternStoreInit();
     MakePattern(("$" + std::string(49, 'a')).c_str(), {{1, 5}, {0, 5}, {1, 5}});
     EXPECT_EQ(WrittenStatements(), "$" + std::string(49, 'a') + " = 1 5 0 5 1 5\n  ;\n");
+    PatternStoreFree();
+    PatternStoreInit();
+    MakePattern(("$" + std::string(50, 'a')).c_str(), {{1, 5}, {0, 5}, {1, 5}});
+    EXPECT_EQ(WrittenStatements(), "$" + std::string(50, 'a') + " = 1 5 0 5\n   1 5;\n")
+        << "61 characters do";
 }
 
 TEST_F(Writer, NestedItemsWrapToo) {
