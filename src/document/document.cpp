@@ -7,6 +7,7 @@
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "editlog/edit_log.h"
+#include "editlog/recovery.h"
 #include "integration/suite/message_service.h"
 #include "shell/command_ids.h"
 #include "shell/file_dialogs.h"
@@ -181,7 +182,7 @@ void InitDocument() {
     DocumentPath[0] = '\0';
     ForceSaveAs = 0;
     WdlVersion = 4;
-    EditLog = {0, 1};
+    InitEditLog();
     ExtendSpanHook = ExtendSpan;
 }
 

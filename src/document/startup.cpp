@@ -12,6 +12,7 @@
 #include "display/viewport.h"
 #include "document/document.h"
 #include "editlog/edit_log.h"
+#include "editlog/recovery.h"
 #include "shell/file_names.h"
 #include "shell/frame.h"
 #include "shell/reporting.h"
@@ -88,6 +89,7 @@ void ParseCommandLine(const std::vector<std::string> &words) {
 
 void PrepareApplication(const char *commandLine) {
     InitState();
+    LogInit(LOG_SUFFIX);
     ReadDesignContext();
     LoadColors(ColorsIniPath);
     ParseCommandLine(SplitCommandLine(commandLine));

@@ -237,6 +237,7 @@ uint16_t DeletePattern(Pattern *pattern) {
 void RenamePattern(Pattern *pattern, const char *newName) {
     int newLength = NameRoom(newName);
     int shift = newLength - pattern->nameLength;
+    size_t extent = pattern->nameLength ? pattern->nameLength + pattern->itemCount * sizeof(PatternItem) : 0;
     if (shift != 0) {
         pattern = PatternAlloc(pattern->id, shift > 0 ? static_cast<uint32_t>(shift) : 0);
         if (!pattern) return;
@@ -246,7 +247,9 @@ void RenamePattern(Pattern *pattern, const char *newName) {
         char *items = reinterpret_cast<char *>(pattern->items());
         memmove(items + shift, items, pattern->itemCount * sizeof(PatternItem));
     }
-    LogRename(pattern->id, pattern->name(), newName);
+    // Behind the move, so that an old name that lost its end to the items reads on into them; that is meant.
+    // It ends with the record's old extent at the latest.
+    LogRename(pattern->id, {pattern->nameBytes(), extent}, newName);
     pattern->nameLength = static_cast<uint16_t>(newLength);
     memset(pattern->nameBytes(), 0, static_cast<size_t>(newLength));
     memcpy(pattern->nameBytes(), newName, strlen(newName));

@@ -9,6 +9,7 @@
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "document/document.h"
+#include "editlog/edit_log.h"
 #include "headless/headless.h"
 #include "shell/reporting.h"
 #include "store/mutators.h"
@@ -46,7 +47,24 @@ void FreshStore::TearDown() {
     FreeWaveRows();
 }
 
+namespace {
+
+// What a test begins with is no edit.
+class Unrecorded {
+public:
+    Unrecorded() { EditLog.Recording = 0; }
+    ~Unrecorded() { EditLog.Recording = before; }
+    Unrecorded(const Unrecorded &) = delete;
+    Unrecorded &operator=(const Unrecorded &) = delete;
+
+private:
+    int32_t before = EditLog.Recording;
+};
+
+} // namespace
+
 uint16_t MakePattern(const char *name, const Transitions &items, uint32_t width) {
+    Unrecorded unrecorded;
     Pattern *pattern = CreatePattern(0, name, width);
     if (!pattern) return 0;
     uint16_t id = pattern->id;
@@ -55,12 +73,14 @@ uint16_t MakePattern(const char *name, const Transitions &items, uint32_t width)
 }
 
 void AddReference(uint16_t id, const Use &use, PatternKind kind) {
+    Unrecorded unrecorded;
     Pattern *pattern = PatternFromId(id);
     InsertReference(pattern, kind, pattern->itemCount, use.id, use.scale, use.repeat, use.sliceWidth,
                     use.sliceOffset, use.format);
 }
 
 void AddTransition(uint16_t id, uint32_t value, uint32_t duration) {
+    Unrecorded unrecorded;
     Pattern *pattern = PatternFromId(id);
     InsertTransition(pattern, pattern->itemCount, value, duration);
 }

@@ -1,0 +1,21 @@
+// Tells the user what is selected: the text, the floating dialog's fields and what the menu allows.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// A pattern whose equal neighbours are joined once the selection has left it, 0 for none: while values are
+// typed along a wave, an item must not vanish under the cursor. Written by the floating dialog and by
+// ShowSelection.
+extern uint16_t PendingMerge;
+
+// The text for the selection as it is.
+std::string SelectionText();
+// Does a pending merge that is due, moves view and cursor to what is selected, and refreshes dialog and menu.
+void ShowSelection();
+// True where the fields of the floating dialog may be used, by the kind of the selection.
+bool SelectionHasDuration();
+bool SelectionHasValue();
+bool SelectionHasScale();
+bool SelectionHasRepeat();
+bool SelectionHasStates();
