@@ -20,10 +20,11 @@ protected:
         InitHeadlessListing();
         InitCommands();
         Headless.panesExist = true;
-        DisplayOpen = 1;
         MakePattern("A", {{0, 10}});
         MakePattern("B", {{1, 20}});
         for (const char *name : {"A", "B"}) ShowWaveByName(name);
+        // From here on a row that is shown is a change.
+        DisplayOpen = 1;
     }
     void TearDown() override {
         CloseDataListing();
