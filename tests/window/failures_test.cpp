@@ -124,7 +124,7 @@ TEST_F(Failures, PanelsThatCannotBeMadeAreToldOf) {
     }
     // Without panels there is nothing to see, and nothing breaks.
     for (int id : {COMMAND_REDRAW, COMMAND_ZOOM_FIT, COMMAND_ZOOM_IN, COMMAND_TO_END, COMMAND_ROW_DOWN,
-                   COMMAND_PLACE_MARK, COMMAND_HIDE, COMMAND_EDIT_MODE})
+                   COMMAND_PLACE_MARK, COMMAND_EDIT_MODE})
         editor.command(id);
     SetWindowPos(editor.frame(), nullptr, 0, 0, 500, 300, SWP_NOZORDER | SWP_NOMOVE);
     EXPECT_EQ(editor.pane(1), nullptr);
