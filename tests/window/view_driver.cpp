@@ -12,8 +12,8 @@ void ViewDriver::openManyRows() {
     std::string text = "%ENDTIME = 400000;\n", list;
     for (int i = 0; i < 40; ++i) {
         std::string name = "NODE" + std::to_string(100 + i);
-        text += name + " { In Default None 0 1 50 } = 0 " + std::to_string(8000 * (i + 1)) +
-                " 1 8000 0 50000;\n";
+        text +=
+            name + " { In Default None 0 1 50 } = 0 " + std::to_string(8000 * (i + 1)) + " 1 8000 0 50000;\n";
         list += "Wave " + name + "\n";
     }
     directory.write("many.wdl", text);

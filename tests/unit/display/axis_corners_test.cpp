@@ -5,9 +5,9 @@
 
 namespace {
 
-constexpr TimeVal CORNERS[] = {0,          1,          2,          399,        1000,       65536,
-                               0x0FFFFFFF, 0x10000000, 0x7FFFFFFE, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE,
-                               TIME_FOREVER};
+constexpr TimeVal CORNERS[] = {0,          1,          2,           399,        1000,
+                               65536,      0x0FFFFFFF, 0x10000000,  0x7FFFFFFE, 0x7FFFFFFF,
+                               0x80000000, 0xFFFFFFFE, TIME_FOREVER};
 constexpr int32_t WIDTHS[] = {0, 1, 2, 31, 799, 800, 3840};
 constexpr int32_t SCREENS[] = {1, 31, 32, 640, 1024, 3840};
 constexpr TimeVal TICKS[] = {0, 1, 10, 50000000, TIME_FOREVER};
@@ -25,7 +25,8 @@ uint64_t PaneTime() {
 class AxisCorners : public Display {
 protected:
     // Every length of the axis in every width of the pane, at every scale that the screen allows.
-    template <typename Check> static void ForEachView(Check check) {
+    template <typename Check>
+    static void ForEachView(Check check) {
         for (TimeVal end : CORNERS)
             for (int32_t width : WIDTHS)
                 for (int32_t scale = -26; scale <= 4; scale++) {
@@ -105,6 +106,7 @@ TEST_F(AxisCorners, EveryRangeIsShownFromEndToEnd) {
                 ZoomToRange(a, b);
                 ASSERT_EQ(WaveView.ZoomCentre, a / 2 + b / 2);
                 ASSERT_EQ(WaveView.ViewLeft, LeftFor(WaveView.ZoomCentre));
+                if ((a > b ? a - b : b - a) > PaneTime()) continue; // at the least scale
                 ASSERT_LE(WaveView.ViewLeft, std::min(a, b));
                 // The halves of the ends are truncated.
                 ASSERT_GE(WaveView.ViewLeft + PaneTime() + 1, std::max(a, b)) << a << " " << b;
