@@ -42,9 +42,15 @@ std::string ViewDriver::prompt() const {
     return text;
 }
 
+bool ViewDriver::isDone() const {
+    DWORD_PTR result;
+    return SendMessageTimeoutA(editor->frame(), WM_NULL, 0, 0, SMTO_NORMAL, 10000, &result) != 0;
+}
+
 testing::AssertionResult
 ViewDriver::becomes(const std::function<bool(const WaveViewRecord &)> &wanted) const {
-    if (WaitFor([&] { return wanted(view()); }, 10)) return testing::AssertionSuccess();
+    if (WaitFor([&] { return wanted(view()) && isDone() && wanted(view()); }, 10))
+        return testing::AssertionSuccess();
     WaveViewRecord now = view();
     return testing::AssertionFailure()
            << "scale " << now.Scale << " left " << now.ViewLeft << " cursor " << now.CursorTime << " mark "
@@ -73,7 +79,7 @@ testing::AssertionResult ViewDriver::commandBecomes(int id) const {
 }
 
 bool ViewDriver::promptIs(const std::string &text) const {
-    return WaitFor([&] { return prompt() == text; }, 10);
+    return WaitFor([&] { return prompt() == text && isDone() && prompt() == text; }, 10);
 }
 
 void ViewDriver::expectError(const std::string &line) const {

@@ -20,7 +20,8 @@ protected:
     CommandStateRecord command() const;
     std::string prompt() const;
 
-    // Wait until it has come true; the failure tells what the view is instead.
+    // Wait until it has come true and the program is done with what it is at, so that what is read next
+    // belongs to it; the failure tells what the view is instead.
     testing::AssertionResult becomes(const std::function<bool(const WaveViewRecord &)> &wanted) const;
     testing::AssertionResult scaleBecomes(int32_t scale) const;
     testing::AssertionResult leftBecomes(TimeVal time) const;
@@ -28,6 +29,8 @@ protected:
     testing::AssertionResult topBecomes(uint32_t row) const;
     testing::AssertionResult commandBecomes(int id) const;
     bool promptIs(const std::string &text) const;
+    // The program has answered a message, so that it is not in the middle of another one.
+    bool isDone() const;
     // A message box with this line comes, and goes when it is answered.
     void expectError(const std::string &line) const;
 
