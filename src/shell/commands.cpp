@@ -135,7 +135,7 @@ void RunCommand(uint32_t id) {
 }
 
 bool IsViewCommand(uint32_t id) {
-    return id >= COMMAND_ZOOM_IN && id <= COMMAND_FULL_SCALE;
+    return id > LAST_SCREEN_COMMAND && id <= LAST_VIEW_COMMAND;
 }
 
 void EndSavedViewCommand() {
@@ -157,7 +157,6 @@ void EndCommand() {
     if (CommandState.CurrentCommand != 0) CommandState.CursorMode = CURSOR_QUERY;
     if (IsViewCommand(CommandState.CurrentCommand)) {
         ViewCommand(CommandState.CurrentCommand);
-        CommandState.CommandPhase = PHASE_ENDING;
         CommandState.CursorMode = CURSOR_QUERY;
     }
     FinishCommand();
@@ -245,7 +244,7 @@ int RunViewGesture(uint32_t id) {
 void DispatchById(uint32_t id) {
     if (id >= 1 && id <= LAST_SCREEN_COMMAND) {
         RunScreenCommand(id);
-    } else if (id > LAST_SCREEN_COMMAND && id <= LAST_VIEW_COMMAND) {
+    } else if (IsViewCommand(id)) {
         CommandState.CommandPhase = PHASE_STARTING;
         ViewCommand(id);
     } else if (id > LAST_VIEW_COMMAND && id <= LAST_EXECUTED_COMMAND) {
