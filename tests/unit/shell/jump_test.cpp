@@ -118,7 +118,7 @@ TEST_F(Jump, TakesWhatLiesOverTheWavesAlong) {
     DrawOverlay(true);
     JumpToTime(70);
     EXPECT_EQ(Overlay.cursorX, 70);
-    DispatchCommand(COMMAND_PLACE_MARK);
+    PlaceMark();
     EXPECT_EQ(Overlay.markX, 70);
     EXPECT_TRUE(Overlay.overlayOn);
 }

@@ -471,7 +471,7 @@ TEST_F(MouseGestures, SmallTurnsOfTheWheelAddUp) {
     WheelTurned(Pane::Wave, 0, -30, {}, 1);
     EXPECT_EQ(WaveView.TopRow, 1u);
     // What one direction has left over is no debt for the other.
-    WheelTurned(Pane::Wave, 0, 90, {}, 1);
+    WheelTurned(Pane::Wave, 0, 119, {}, 1);
     WheelTurned(Pane::Wave, 0, -30, {}, 1);
     WheelTurned(Pane::Wave, 0, -90, {}, 1);
     EXPECT_EQ(WaveView.TopRow, 2u);
