@@ -298,6 +298,10 @@ void EnableCommand(uint32_t id, bool on) {
     EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
 }
 
+void RedrawMenuBar() {
+    if (FrameWindow) DrawMenuBar(FrameWindow);
+}
+
 void PostCommand(uint32_t id) {
     if (FrameWindow) PostMessageA(FrameWindow, WM_COMMAND, id, 0);
 }
