@@ -53,7 +53,7 @@ protected:
         frame = editor->frame();
         for (int number : {1, 2, 3}) panes[number] = editor->pane(number);
         // Away from the panels, where it stays.
-        MoveMouse(1000, 900);
+        MoveMouse(GetSystemMetrics(SM_CXSCREEN) - 2, GetSystemMetrics(SM_CYSCREEN) - 2);
         ASSERT_TRUE(editor->painted());
         shown = settled();
     }
