@@ -379,6 +379,15 @@ TEST_F(LongRowList, DuplicatesChangeTheBarAndAreScrolledIntoView) {
     EXPECT_GT(WaveView.TopRow, 0u);
 }
 
+TEST_F(LongRowList, ADuplicateThatNeedsNoScrollingChangesTheBarToo) {
+    ScrollRowsTo(60, false);
+    uint32_t top = WaveView.TopRow;
+    Highlight({0});
+    DuplicateHighlightedRows();
+    EXPECT_EQ(WaveView.TopRow, top);
+    EXPECT_EQ(rowBar(), 61 - static_cast<int32_t>(VisibleRows()));
+}
+
 TEST_F(LongRowList, HiddenRowsChangeTheBar) {
     HideRow(4);
     EXPECT_EQ(rowBar(), 59 - static_cast<int32_t>(VisibleRows()));
