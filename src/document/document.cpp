@@ -9,6 +9,7 @@
 #include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "editlog/recovery.h"
+#include "editlog/replay.h"
 #include "integration/suite/message_service.h"
 #include "shell/command_ids.h"
 #include "shell/file_dialogs.h"
@@ -186,6 +187,7 @@ void InitDocument() {
     WdlVersion = 4;
     InitEditLog();
     InitShowSelection();
+    InitReplay();
     ExtendSpanHook = ExtendSpan;
 }
 

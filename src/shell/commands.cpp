@@ -19,6 +19,7 @@
 #include "shell/help.h"
 #include "shell/jump_commands.h"
 #include "shell/mode_gestures.h"
+#include "shell/undo.h"
 #include "store/pattern_store.h"
 #include <cstdio>
 
@@ -38,25 +39,27 @@ bool MarkIsPlaced() {
     return WaveView.MarkActive;
 }
 
-void CutSelection() {
+// For a command that is not built: its menu entry stays gray.
+bool Never() {
+    return false;
+}
+
+void Cut() {
     CutCopyDelete(COMMAND_CUT);
 }
-void CopySelection() {
+
+void Copy() {
     CutCopyDelete(COMMAND_COPY);
 }
-void DeleteSelection() {
+
+void Delete() {
     CutCopyDelete(COMMAND_DELETE);
 }
 
 // The end of the command takes the selection away.
-void PasteClipboard() {
+void Paste() {
     CommandState.CommandPhase = PHASE_PASTING;
     PasteAtSelection(0);
-}
-
-// For a command that is not built: its menu entry stays gray.
-bool Never() {
-    return false;
 }
 
 struct Command {
@@ -77,18 +80,18 @@ constexpr Command commandTable[] = {
     {COMMAND_PAN, nullptr, Always},
     {COMMAND_FULL_FIT, nullptr, Always},
     {COMMAND_FULL_SCALE, nullptr, Always},
-    {COMMAND_UNDO, nullptr, Never},
-    {COMMAND_REDO, nullptr, Never},
+    {COMMAND_UNDO, UndoAction, Always},
+    {COMMAND_REDO, RedoAction, Always},
     {COMMAND_PAGE_SETUP, nullptr, Never},
     {COMMAND_PRINT, nullptr, Never},
     {COMMAND_CUSTOMIZE, nullptr, Never},
     {COMMAND_COPY_EXTERNALS, nullptr, Never},
     {COMMAND_CONSISTENCY_CHECK, nullptr, Never},
-    {COMMAND_CUT, CutSelection, SelectionCanBeCut},
-    {COMMAND_COPY, CopySelection, SelectionCanBeCut},
-    {COMMAND_PASTE, PasteClipboard, SelectionTakesPaste},
+    {COMMAND_CUT, Cut, SelectionCanBeCut},
+    {COMMAND_COPY, Copy, SelectionCanBeCut},
+    {COMMAND_PASTE, Paste, SelectionTakesPaste},
     {COMMAND_SHOW, nullptr, Never},
-    {COMMAND_DELETE, DeleteSelection, SelectionCanBeCut},
+    {COMMAND_DELETE, Delete, SelectionCanBeCut},
     {COMMAND_NEW_WAVE, nullptr, Never},
     {COMMAND_DUPLICATE, DuplicateHighlightedRows, RowIsSelected},
     {COMMAND_HIDE, HideHighlightedRows, RowIsSelected},
