@@ -5,7 +5,6 @@
 #include "document/startup.h"
 #include "edit/clipboard.h"
 #include "edit/edit_dialog.h"
-#include "edit/selection.h"
 #include "shell/commands.h"
 #include "shell/edit_dialog_win.h"
 #include "shell/frame.h"
@@ -34,10 +33,9 @@ bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *comman
     Instance = instance;
     InitCommands();
     InitClipboard();
-    InitSelection();
     InitEditDialog();
     InitMouseGesture();
-    EndModeGesture();
+    InitModeGestures();
     PrepareApplication(commandLine);
     LoadKeys();
     if (!InitWavesInst(previous, show)) return false;
