@@ -282,8 +282,9 @@ bool Editor::painted() const {
 std::vector<Dialog> Editor::dialogs() const {
     std::vector<Dialog> found;
     for (HWND window : windows())
-        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window) &&
-            !IsEditDialog(window))
+        // In this order: one that is going is hidden before it loses its controls.
+        if (ClassOf(window) == "#32770" && !IsEditDialog(window) && IsWindowVisible(window) &&
+            IsWindowEnabled(window))
             found.push_back({window});
     return found;
 }
