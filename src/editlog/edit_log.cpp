@@ -143,6 +143,17 @@ int32_t RecordBehind() {
     return LogWordAt(At(start)) == word ? length : Damaged();
 }
 
+// As LogFill(0) for the record of `length` bytes at the position, but reads nothing while the window holds
+// that.
+bool MoveWindowOn(int32_t length) {
+    if (EditLog.Dirty || !WindowHolds(EditLog.rPtr, length)) return LogFill(0);
+    int32_t passed = EditLog.rPtr - AHEAD - EditLog.rBase;
+    EditLog.rBase += passed;
+    EditLog.Held -= passed;
+    memmove(EditLog.Buffer, EditLog.Buffer + passed, static_cast<size_t>(EditLog.Held));
+    return true;
+}
+
 constexpr int32_t MARK_AHEAD = -1;
 
 // The same for the record at the position, or MARK_AHEAD.
@@ -154,7 +165,7 @@ int32_t RecordAhead() {
     if (word == ACTION_MARK) return MARK_AHEAD;
     if (!IsEntryLength(word, rest)) return Damaged();
     auto length = static_cast<int32_t>(word);
-    if (EditLog.rPtr - EditLog.rBase > AHEAD && HasFile() && !LogFill(0)) return 0;
+    if (EditLog.rPtr - EditLog.rBase > AHEAD && HasFile() && !MoveWindowOn(length)) return 0;
     if (!WindowHolds(EditLog.rPtr, length)) {
         if (!LogFill(0)) return 0;
         if (!WindowHolds(EditLog.rPtr, length) && !ReadWindow(EditLog.rPtr, length)) return 0;

@@ -215,6 +215,22 @@ TEST_F(EditLogTest, AForwardWindowHasThePositionAt128) {
     EXPECT_EQ(EditLog.Held, BufLen);
 }
 
+TEST_F(EditLogTest, ARedoMovesTheWindowOnWithEachRecordAndReadsOnlyWhatItLacks) {
+    for (int i = 0; i < 100; i++) action(std::to_string(i), 12); // 24 bytes each
+    for (int i = 0; i < 100; i++) LogUndo();
+    Notes.clear();
+    for (int i = 0; i < 40; i++) {
+        int32_t start = EditLog.rPtr;
+        LogCloseFile();
+        ASSERT_EQ(LogRedo(), 1);
+        EXPECT_EQ(EditLog.rBase, start > 128 ? start - 128 : 0) << i;
+        // The first window reaches to 1,152.
+        EXPECT_TRUE(EditLog.LogHandle == NO_FILE || i == 0 || start + 24 > 1152) << i;
+    }
+    EXPECT_EQ(Notes.size(), 40U);
+    EXPECT_EQ(Notes.back().text, "39");
+}
+
 TEST_F(EditLogTest, LongLogsAreWalkedAcrossManyWindows) {
     Texts all;
     for (int i = 0; i < 500; i++) {
