@@ -3,6 +3,7 @@
 #include "config/paths.h"
 #include "document/document.h"
 #include "document/startup.h"
+#include "editlog/edit_log.h"
 #include "shell/commands.h"
 #include "shell/frame.h"
 #include "shell/frame_win.h"
@@ -10,6 +11,7 @@
 #include "shell/mouse_gesture.h"
 #include "shell/reporting.h"
 #include <commctrl.h>
+#include <cstdlib>
 
 HINSTANCE Instance = nullptr;
 
@@ -32,6 +34,7 @@ bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *comman
     InitMouseGesture();
     EndModeGesture();
     PrepareApplication(commandLine);
+    atexit(LogDeleteFile);
     LoadKeys();
     if (!InitWavesInst(previous, show)) return false;
     ReadHelpDirectory();
