@@ -27,7 +27,9 @@ struct HeadlessState {
     std::vector<std::string> captions; // of the message boxes of both kinds
     std::vector<HeadlessAlert> alerts;
     std::vector<std::string> strips;  // texts of the error strip as shown; "" for a removal
+    bool stripWasBusy = false;        // ErrorStripBusy when the strip was last shown or removed
     std::vector<std::string> prompts; // PromptText at each paint of the line
+    int promptLayouts = 0;            // how often the line was put at its place before
     std::vector<std::string> titles;
     std::vector<uint32_t> postedCommands;
     std::vector<std::pair<uint32_t, bool>> enabledCommands; // calls of EnableCommand

@@ -23,12 +23,14 @@ std::string Joined(const std::vector<std::string> &lines) {
 
 } // namespace
 
-void ViewShowPrompt(bool /*layOut*/) {
+void ViewShowPrompt(bool layOut) {
+    if (layOut) ++Headless.promptLayouts;
     Headless.prompts.emplace_back(PromptText);
 }
 
 void ViewShowStrip(const char *text) {
     Headless.strips.emplace_back(text ? text : "");
+    Headless.stripWasBusy = ErrorStripBusy;
     Print(Headless.strips.back());
 }
 

@@ -135,7 +135,7 @@ void RunCommand(uint32_t id) {
 }
 
 bool IsViewCommand(uint32_t id) {
-    return id >= COMMAND_ZOOM_IN && id <= COMMAND_FULL_SCALE;
+    return id > LAST_SCREEN_COMMAND && id <= LAST_VIEW_COMMAND;
 }
 
 void EndSavedViewCommand() {
@@ -152,15 +152,19 @@ void RunScreenCommand(uint32_t id) {
     FinishCommand();
 }
 
-// The steps of one pass of a change of the command in force: ends what stands, or starts the new command.
-// `before` is the command that was in force before this one, `path` the file for Open, empty to ask for one.
-void RunModePass(uint16_t before, const char *path) {
+// Ends the command in force. One of the document's that is at its question goes on by itself.
+void EndCommand() {
     if (CommandState.CurrentCommand != 0) CommandState.CursorMode = CURSOR_QUERY;
     if (IsViewCommand(CommandState.CurrentCommand)) {
         ViewCommand(CommandState.CurrentCommand);
-        CommandState.CommandPhase = PHASE_ENDING;
         CommandState.CursorMode = CURSOR_QUERY;
     }
+    FinishCommand();
+}
+
+// Starts the command in force. `before` is the one before it, `path` the file for Open, empty to ask for one.
+void StartCommand(uint16_t before, const char *path) {
+    if (CommandState.CurrentCommand != 0) CommandState.CursorMode = CURSOR_QUERY;
     switch (CommandState.CurrentCommand) {
     case COMMAND_NEW:
     case COMMAND_OPEN:
@@ -180,12 +184,12 @@ void RunModePass(uint16_t before, const char *path) {
 
 void ChangeCommand(uint32_t id, const char *path = "") {
     CommandState.CommandPhase = PHASE_ENDING;
-    RunModePass(0, "");
+    EndCommand();
     uint16_t before = CommandState.CurrentCommand;
     CommandState.CurrentCommand = static_cast<uint16_t>(id);
     PromptSubstitute[0] = '\0';
     CommandState.CommandPhase = PHASE_STARTING;
-    RunModePass(before, path);
+    StartCommand(before, path);
 }
 
 // --- view commands ----------------------------------------------------------------------------------
@@ -240,7 +244,7 @@ int RunViewGesture(uint32_t id) {
 void DispatchById(uint32_t id) {
     if (id >= 1 && id <= LAST_SCREEN_COMMAND) {
         RunScreenCommand(id);
-    } else if (id > LAST_SCREEN_COMMAND && id <= LAST_VIEW_COMMAND) {
+    } else if (IsViewCommand(id)) {
         CommandState.CommandPhase = PHASE_STARTING;
         ViewCommand(id);
     } else if (id > LAST_VIEW_COMMAND && id <= LAST_EXECUTED_COMMAND) {

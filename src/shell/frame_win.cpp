@@ -36,6 +36,8 @@ HCURSOR resizeCursor = nullptr;
 // --- places ---------------------------------------------------------------------------------------
 
 void ReadScreenSize() {
+    // What counts if there is no context to ask.
+    SetScreenSize(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
     HDC context = GetDC(nullptr);
     if (!context) {
         ProgramError("GetDC Failure in CREATE");
@@ -219,15 +221,14 @@ bool RegisterClasses() {
 
 void CreateFrameWindow() {
     constexpr DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-    ReadScreenSize();
     WindowPlace place = {};
     if (!ReadWindowPlace(FRAME_PLACE_KEY, place)) {
         CreateWindowA(APPLICATION_TITLE, APPLICATION_TITLE, style, CW_USEDEFAULT, 0, CW_USEDEFAULT, 0,
                       nullptr, nullptr, Instance, nullptr);
         return;
     }
-    place = FitToScreen(
-        place, {ScreenWidth(), ScreenHeight(), GetSystemMetrics(SM_CXSIZE), GetSystemMetrics(SM_CYCAPTION)});
+    place = FitToScreen(place, {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
+                                GetSystemMetrics(SM_CXSIZE), GetSystemMetrics(SM_CYCAPTION)});
     CreateWindowA(APPLICATION_TITLE, APPLICATION_TITLE, style, place.left, place.top,
                   place.right - place.left, place.bottom - place.top, nullptr, nullptr, Instance, nullptr);
 }
@@ -295,6 +296,10 @@ void EnableCommand(uint32_t id, bool on) {
     // An entry whose command does nothing yet stays gray, whoever asks.
     bool enabled = on && CommandIsBuilt(id);
     EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
+}
+
+void RedrawMenuBar() {
+    if (FrameWindow) DrawMenuBar(FrameWindow);
 }
 
 void PostCommand(uint32_t id) {

@@ -266,10 +266,17 @@ bool Editor::painted() const {
     });
 }
 
-HWND Editor::shownDialog() const {
+std::vector<Dialog> Editor::dialogs() const {
+    std::vector<Dialog> found;
     for (HWND window : windows())
-        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window)) return window;
-    return nullptr;
+        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window))
+            found.push_back({window});
+    return found;
+}
+
+HWND Editor::shownDialog() const {
+    std::vector<Dialog> all = dialogs();
+    return all.empty() ? nullptr : all.front().window;
 }
 
 Dialog Editor::dialog(HWND before) const {
@@ -338,8 +345,25 @@ bool Editor::writeMemory(void *to, const void *bytes, size_t size) const {
 }
 
 void *Editor::plantBytes(const std::string &bytes) const {
-    void *place = VirtualAllocEx(process, nullptr, bytes.size(), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    return plant(bytes, PAGE_READWRITE);
+}
+
+void *Editor::plantCode(const std::string &bytes) const {
+    return plant(bytes, PAGE_EXECUTE_READWRITE);
+}
+
+void *Editor::plant(const std::string &bytes, DWORD protection) const {
+    void *place = VirtualAllocEx(process, nullptr, bytes.size(), MEM_COMMIT | MEM_RESERVE, protection);
     return writeMemory(place, bytes.data(), bytes.size()) ? place : nullptr;
+}
+
+void *Editor::exchangeCall(const std::string &name, void *code) const {
+    uint8_t *slot = address("__imp_" + name);
+    void *before = nullptr;
+    DWORD protection = 0;
+    if (!code || !readMemory(slot, &before, sizeof before)) return nullptr;
+    VirtualProtectEx(process, slot, sizeof code, PAGE_READWRITE, &protection);
+    return writeMemory(slot, &code, sizeof code) ? before : nullptr;
 }
 
 bool Editor::plantChange() const {
@@ -364,6 +388,14 @@ HWND Editor::window(const std::string &className) const {
     for (HWND window : windows())
         if (_stricmp(ClassOf(window).c_str(), className.c_str()) == 0) return window;
     return nullptr;
+}
+
+// "xor eax, eax" and "ret".
+FailingCall::FailingCall(const Editor &editor, const std::string &name)
+    : editor(editor), name(name), before(editor.exchangeCall(name, editor.plantCode("\x31\xC0\xC3"))) {}
+
+FailingCall::~FailingCall() {
+    if (before) editor.exchangeCall(name, before);
 }
 
 // --- input ----------------------------------------------------------------------------------------

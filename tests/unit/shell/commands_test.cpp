@@ -373,6 +373,54 @@ TEST_F(Commands, TheScreenCommandsZoomAtOnce) {
     EXPECT_EQ(CommandState.CommandPhase, PHASE_IDLE);
 }
 
+TEST_F(Commands, AnInterruptedCommandGetsItsPlacesBack) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    WaveView.ZoomCentre = 123;
+    WaveView.ZoomAnchor = 45;
+    DispatchCommand(COMMAND_ZOOM_IN);
+    WaveView.ZoomCentre = WaveView.ZoomAnchor = 7;
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_EQ(WaveView.ZoomCentre, 123u);
+    EXPECT_EQ(WaveView.ZoomAnchor, 45u);
+}
+
+TEST_F(Commands, CtrlDEndsAViewCommandToo) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_FULL_FIT);
+    DispatchCommand(COMMAND_CANCEL);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+    EXPECT_FALSE(CommandState.ViewCommandSaved);
+}
+
+TEST_F(Commands, ANumberAmongTheViewCommandsThatIsNoneEndsAsTheyDo) {
+    for (int id : {20, 28, 40, 48}) {
+        DispatchCommand(COMMAND_EDIT_MODE);
+        DispatchCommand(id);
+        EXPECT_TRUE(CommandState.ViewCommandSaved);
+        DispatchCommand(COMMAND_QUERY_MODE);
+        EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE) << id;
+        EXPECT_FALSE(CommandState.ViewCommandSaved) << id;
+    }
+}
+
+TEST_F(Commands, WithoutPanelsTheScreenCommandsDoNothing) {
+    Headless.panesExist = false;
+    WaveView.SpanEnd = 4000;
+    WaveView.WavePaneWidth = 1000;
+    DispatchCommand(COMMAND_ZOOM_FIT);
+    EXPECT_EQ(WaveView.Scale, 0);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+}
+
+TEST_F(Commands, TheEndOfAViewCommandTakesItsPromptAway) {
+    Headless.panesExist = false; // nothing else to tell
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_PAN);
+    EXPECT_STREQ(PromptText, "Pan - Pick Center Point");
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_STREQ(PromptText, "");
+}
+
 // --- a file that is dropped -----------------------------------------------------------------------
 
 TEST_F(Commands, ADroppedFileOpensWithoutAQuestionAndTheModeComesBack) {
