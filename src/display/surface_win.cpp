@@ -66,18 +66,21 @@ struct ClipRecord {
 };
 ClipRecord Clip;
 
-// The bitmaps that are kept, each null until its first use.
+// The bitmaps that are kept, each selected into a context of its own; null until its first use. To select a
+// bitmap takes longer than all else that a drag does at a movement of the mouse.
 struct KeptRecord {
-    std::array<HBITMAP, KEPT_BITMAPS> bitmaps = {};
-    std::array<PixelSize, KEPT_BITMAPS> sizes = {};
+    HDC context = nullptr;
+    HBITMAP bitmap = nullptr;
+    HGDIOBJ before = nullptr;
+    PixelSize size = {};
 };
-KeptRecord Kept;
+std::array<KeptRecord, KEPT_BITMAPS> Kept;
 
 // What the memory context has taken the place of.
 struct MemoryRecord {
+    bool on = false;
     HDC picture = nullptr;
     SetRecord set;
-    HGDIOBJ bitmap = nullptr;
 };
 MemoryRecord Memory;
 
@@ -146,24 +149,28 @@ void CopySaved(size_t slot, bool back) {
     SelectObject(Saved.context, before);
 }
 
+void DropKept(KeptRecord &kept) {
+    if (kept.bitmap) SelectObject(kept.context, kept.before);
+    if (kept.bitmap) DeleteObject(kept.bitmap);
+    if (kept.context) DeleteDC(kept.context);
+    kept = {};
+}
+
 // Copies a rectangle of a bitmap to a point of the picture, or back.
-void CopyKept(KeptBitmap which, const PixelRect &inBitmap, PixelPoint onPanel, bool back) {
-    auto index = static_cast<size_t>(which);
-    PixelSize size = Kept.sizes[index];
-    int left = std::max(inBitmap.left, 0), right = std::min(inBitmap.right, size.width);
-    int top = std::max(inBitmap.top, 0), bottom = std::min(inBitmap.bottom, size.height);
-    if (!PictureDC || !Kept.bitmaps[index] || left >= right || top >= bottom) return;
+void CopyKept(const KeptRecord &kept, const PixelRect &inBitmap, PixelPoint onPanel, bool back) {
+    int left = std::max(inBitmap.left, 0), right = std::min(inBitmap.right, kept.size.width);
+    int top = std::max(inBitmap.top, 0), bottom = std::min(inBitmap.bottom, kept.size.height);
+    if (!PictureDC || !kept.bitmap || left >= right || top >= bottom) return;
     int x = onPanel.x + left - inBitmap.left, y = onPanel.y + top - inBitmap.top;
-    HDC memory = CreateCompatibleDC(PictureDC);
-    if (!memory) return;
-    HGDIOBJ before = SelectObject(memory, Kept.bitmaps[index]);
     if (back) {
-        BitBlt(PictureDC, x, y, right - left, bottom - top, memory, left, top, SRCCOPY);
+        BitBlt(PictureDC, x, y, right - left, bottom - top, kept.context, left, top, SRCCOPY);
     } else {
-        BitBlt(memory, left, top, right - left, bottom - top, PictureDC, x, y, SRCCOPY);
+        BitBlt(kept.context, left, top, right - left, bottom - top, PictureDC, x, y, SRCCOPY);
     }
-    SelectObject(memory, before);
-    DeleteDC(memory);
+}
+
+KeptRecord &KeptOf(KeptBitmap bitmap) {
+    return Kept[static_cast<size_t>(bitmap)];
 }
 
 } // namespace
@@ -204,6 +211,8 @@ HBRUSH SolidBrush(int colour) {
 }
 
 void ReleaseGraphicObjects() {
+    // They go first: what is selected cannot be deleted.
+    for (KeptRecord &kept : Kept) DropKept(kept);
     if (Objects.font) DeleteObject(Objects.font);
     Objects.font = nullptr;
     Measured = {};
@@ -211,8 +220,6 @@ void ReleaseGraphicObjects() {
     DeleteAll(Objects.solidBrushes);
     DeleteAll(Objects.hatchBrushes);
     SurfaceDropSaved();
-    DeleteAll(Kept.bitmaps);
-    Kept = {};
 }
 
 void SurfaceSelect(Pane pane) {
@@ -334,40 +341,41 @@ void SurfaceInvert(const PixelRect &rect) {
 }
 
 bool SurfaceKeepBitmap(KeptBitmap bitmap, PixelSize size) {
-    auto index = static_cast<size_t>(bitmap);
-    HBITMAP &kept = Kept.bitmaps[index];
-    PixelSize &had = Kept.sizes[index];
+    KeptRecord &kept = KeptOf(bitmap);
     if (!PictureDC || size.width <= 0 || size.height <= 0) return false;
-    if (kept && had.width >= size.width && had.height >= size.height) return false;
-    had = {std::max(had.width, size.width), std::max(had.height, size.height)};
-    if (kept) DeleteObject(kept);
-    kept = CreateCompatibleBitmap(PictureDC, had.width, had.height);
-    return kept != nullptr;
+    if (kept.size.width >= size.width && kept.size.height >= size.height) return false;
+    PixelSize grown = {std::max(kept.size.width, size.width), std::max(kept.size.height, size.height)};
+    DropKept(kept);
+    kept.context = CreateCompatibleDC(PictureDC);
+    if (kept.context) kept.bitmap = CreateCompatibleBitmap(PictureDC, grown.width, grown.height);
+    if (!kept.bitmap) {
+        DropKept(kept);
+        return false;
+    }
+    kept.before = SelectObject(kept.context, kept.bitmap);
+    kept.size = grown;
+    return true;
 }
 
 void SurfaceCopyToBitmap(const PixelRect &from, KeptBitmap bitmap, PixelPoint to) {
     PixelRect inBitmap = {to.x, to.y, to.x + from.right - from.left, to.y + from.bottom - from.top};
-    CopyKept(bitmap, inBitmap, {from.left, from.top}, false);
+    CopyKept(KeptOf(bitmap), inBitmap, {from.left, from.top}, false);
 }
 
 void SurfaceCopyFromBitmap(KeptBitmap bitmap, const PixelRect &from, PixelPoint to) {
-    CopyKept(bitmap, from, to, true);
+    CopyKept(KeptOf(bitmap), from, to, true);
 }
 
-// The memory context takes the picture's place, so that every drawing call finds it there.
+// The memory context takes the picture's place, so that every drawing call finds it there. Null, it lets them
+// do nothing.
 void SurfaceDrawToMemory(bool on) {
-    if (on && !MemoryDC) {
-        HBITMAP tail = Kept.bitmaps[static_cast<size_t>(KeptBitmap::Tail)];
-        MemoryDC = PictureDC && tail ? CreateCompatibleDC(PictureDC) : nullptr;
-        Memory = {PictureDC, Picture.set, MemoryDC ? SelectObject(MemoryDC, tail) : nullptr};
-        PictureDC = MemoryDC;
+    if (on == Memory.on) return;
+    if (on) {
+        Memory = {true, PictureDC, Picture.set};
+        PictureDC = MemoryDC = KeptOf(KeptBitmap::Tail).context;
         Picture.set = {};
         PrepareContext();
-    } else if (!on) {
-        if (MemoryDC) {
-            SelectObject(MemoryDC, Memory.bitmap);
-            DeleteDC(MemoryDC);
-        }
+    } else {
         MemoryDC = nullptr;
         PictureDC = Memory.picture;
         Picture.set = Memory.set;
