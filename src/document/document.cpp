@@ -8,6 +8,7 @@
 #include "display/viewport.h"
 #include "editlog/edit_log.h"
 #include "editlog/recovery.h"
+#include "editlog/replay.h"
 #include "integration/suite/message_service.h"
 #include "shell/command_ids.h"
 #include "shell/file_dialogs.h"
@@ -183,6 +184,7 @@ void InitDocument() {
     ForceSaveAs = 0;
     WdlVersion = 4;
     InitEditLog();
+    InitReplay();
     ExtendSpanHook = ExtendSpan;
 }
 

@@ -23,6 +23,7 @@ void StoreWord(uint8_t *bytes, uint32_t word) {
 
 void StartEmpty() {
     EditLog.Recording = 1;
+    EditLog.Refused = -1;
     EditLog.Dirty = 0;
     EditLog.rEofPtr = 0;
     EditLog.rPtr = 0;
@@ -177,6 +178,7 @@ int ReplayForward() {
         if (length == 0 || !Execute(start, length, 0)) {
             // What follows is dropped.
             EditLog.rEofPtr = EditLog.rPtr;
+            if (length != 0) EditLog.Refused = start;
             return 0;
         }
     }
@@ -281,11 +283,19 @@ int LogUndo() {
 }
 
 int LogRedo() {
+    EditLog.Refused = -1;
     if (!LogRollback()) return 0;
     int good = ReplayForward();
     if (good && EditLog.rPtr < EditLog.rEofPtr) EditLog.rPtr += WORD;
     EditLog.Recording = 1;
     return good;
+}
+
+bool LogCutRefused() {
+    if (EditLog.Refused < 0) return false;
+    EditLog.rPtr = EditLog.rEofPtr = EditLog.Refused;
+    EditLog.Refused = -1;
+    return true;
 }
 
 void LogFlush() {
@@ -323,6 +333,11 @@ bool LogOpenFile() {
     if (EditLog.LogHandle != NO_FILE) return true;
     ReportAboutFile("Failed to open log file %s");
     return false;
+}
+
+int32_t LogFileLength() {
+    return static_cast<int32_t>(
+        std::clamp<int64_t>(FileSize(EditLog.LogHandle), 0, INT32_MAX - 2 * ENTRY_ROOM));
 }
 
 void LogCloseFile() {

@@ -40,6 +40,7 @@ struct EditLogRecord {
     int32_t rPtr;                    // end of the last action in effect, at rest
     int32_t rBase;                   // file offset of Buffer's first byte
     FileHandle LogHandle;            // NO_FILE when closed
+    int32_t Refused;                 // where the record lies that ended the last redo, -1 for none
     int32_t Recording;               // 1 while new records are accepted, 0 during a load and a replay
 };
 // Written by the log, and `Recording` by whoever brackets a load or a replay.
@@ -77,6 +78,9 @@ int LogRollback();
 // One step back, one step forward. With nothing to do they answer 1 and change nothing.
 int LogUndo();
 int LogRedo();
+// Cuts off the record that the last redo ended with because it could not be applied. False if there is none.
+// What its action did before stays, and stands open.
+bool LogCutRefused();
 
 // Writes the window to the file and empties it. What could not be written is reported and gone.
 void LogFlush();
@@ -85,6 +89,8 @@ void LogFlush();
 int LogFill(int backward);
 // Opens the log's file if it is closed. False after a message.
 bool LogOpenFile();
+// The length of the open file, as far as positions reach.
+int32_t LogFileLength();
 // Closes the file until it is needed again, without a flush.
 void LogCloseFile();
 // Closes and deletes the log's file.

@@ -2,8 +2,9 @@
 
 #include "document/document.h"
 #include "editlog/edit_log.h"
+#include "editlog/replay.h"
 #include "shell/reporting.h"
-#include <algorithm>
+#include "store/pattern_store.h"
 
 namespace {
 
@@ -12,21 +13,24 @@ bool UserWantsRecovery() {
                     AlertIcon::Warning) == 1;
 }
 
-// The length of the log that is there, as far as positions reach.
-int32_t LogFileLength() {
-    return static_cast<int32_t>(
-        std::clamp<int64_t>(FileSize(EditLog.LogHandle), 0, INT32_MAX - 2 * ENTRY_ROOM));
-}
-
-// An action without a mark came to its end with the crash: it is undone and cut off.
-void Recover() {
-    while (EditLog.rPtr < EditLog.rEofPtr) {
-        if (!LogRedo()) break;
-    }
-    LogRollback();
-}
-
 } // namespace
+
+Recovered RecoverFromLog() {
+    Recovered recovered = {};
+    int held = LogHoldOpen(1);
+    int good = 1;
+    while (good && EditLog.rPtr < EditLog.rEofPtr) {
+        good = LogRedo();
+        if (good && LogAtMark()) recovered.actions++;
+    }
+    // The crash came in the midst of an action, or the file is damaged.
+    if (!LogCutRefused()) LogRollback();
+    recovered.position = static_cast<uint32_t>(EditLog.rPtr);
+    LogEndAction();
+    FinishReplay();
+    LogHoldOpen(held);
+    return recovered;
+}
 
 void LogReset(int allowRecovery) {
     EditLog.rBase = 0;
@@ -40,7 +44,7 @@ void LogReset(int allowRecovery) {
     if (EditLog.LogHandle == NO_FILE) return;
     EditLog.rEofPtr = LogFileLength();
     if (EditLog.rEofPtr != 0 && allowRecovery && UserWantsRecovery()) {
-        Recover();
+        RecoverFromLog();
     } else {
         EditLog.rEofPtr = 0;
     }

@@ -47,7 +47,9 @@ PixelRect PaneClipBox(Pane pane) {
 }
 
 FontMetrics MainFontMetrics() {
-    return HeadlessFontMetrics();
+    FontMetrics metrics = HeadlessFontMetrics();
+    if (Headless.fontHeight > 0) metrics.height = Headless.fontHeight;
+    return metrics;
 }
 int32_t ScreenWidth() {
     return Headless.screenWidth;

@@ -16,6 +16,7 @@
 #include "shell/help.h"
 #include "shell/jump_commands.h"
 #include "shell/mode_gestures.h"
+#include "shell/undo.h"
 #include "store/pattern_store.h"
 #include <cstdio>
 
@@ -58,8 +59,8 @@ constexpr Command commandTable[] = {
     {COMMAND_PAN, nullptr, Always},
     {COMMAND_FULL_FIT, nullptr, Always},
     {COMMAND_FULL_SCALE, nullptr, Always},
-    {COMMAND_UNDO, nullptr, Never},
-    {COMMAND_REDO, nullptr, Never},
+    {COMMAND_UNDO, UndoAction, Always},
+    {COMMAND_REDO, RedoAction, Always},
     {COMMAND_PAGE_SETUP, nullptr, Never},
     {COMMAND_PRINT, nullptr, Never},
     {COMMAND_CUSTOMIZE, nullptr, Never},

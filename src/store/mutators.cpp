@@ -37,8 +37,9 @@ bool SameParams(const LoggedParams &a, const LoggedParams &b) {
            a.format == b.format && a.pinType == b.pinType;
 }
 
-uint16_t NameRoom(const char *name) {
-    return static_cast<uint16_t>((strlen(name) + 1 + 3) & ~size_t{3});
+// The bytes that a record sets aside for a name.
+uint32_t NameRoom(const char *name) {
+    return *name ? static_cast<uint32_t>((strlen(name) + 1 + 3) & ~size_t{3}) : 0;
 }
 
 // Makes room for an item at `index`; the record has room for one more.
@@ -196,7 +197,7 @@ void MergeAllItems(Pattern *pattern) {
 }
 
 Pattern *CreatePattern(uint32_t id, const char *name, uint32_t width) {
-    uint16_t nameRoom = *name ? NameRoom(name) : 0;
+    uint32_t nameRoom = NameRoom(name);
     Pattern *pattern = PatternAlloc(id, nameRoom);
     // With the store full there may be a record all the same, but it is another one's.
     if (!pattern || TopPatternId == 0) return nullptr;
@@ -212,7 +213,7 @@ Pattern *CreatePattern(uint32_t id, const char *name, uint32_t width) {
     pattern->size = 0;
     pattern->duty = 50;
     pattern->itemCount = 0;
-    pattern->nameLength = nameRoom;
+    pattern->nameLength = static_cast<uint16_t>(nameRoom);
     pattern->reserved = 0;
     if (nameRoom) {
         memset(pattern->nameBytes(), 0, nameRoom);
@@ -235,7 +236,7 @@ uint16_t DeletePattern(Pattern *pattern) {
 }
 
 void RenamePattern(Pattern *pattern, const char *newName) {
-    int newLength = NameRoom(newName);
+    auto newLength = static_cast<int>(NameRoom(newName));
     int shift = newLength - pattern->nameLength;
     size_t extent = pattern->nameLength ? pattern->nameLength + pattern->itemCount * sizeof(PatternItem) : 0;
     if (shift != 0) {

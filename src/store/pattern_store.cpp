@@ -184,6 +184,10 @@ Pattern *PatternAlloc(uint32_t id, uint32_t room) {
     uint32_t growth = room > ITEM_SIZE ? room : ITEM_SIZE;
     Pattern *looked = nullptr;
     bool exists = id != 0 && PatternInUse(id);
+    if (!exists && need > MAX_RECORD_SIZE) {
+        UserError("Pattern name is too long");
+        return nullptr;
+    }
     if (exists) {
         looked = PatternFromId(id);
         uint32_t used = looked->used();

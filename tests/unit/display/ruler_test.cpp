@@ -173,3 +173,13 @@ TEST_F(Ruler, DrawsShortLongAndLabelledTicks) {
     EXPECT_EQ(drawn[11], Line(15, {{origin + 80, bottom}, {origin + 80, bottom - font + 2}}));
     EXPECT_EQ(drawn[12], Line(15, {{origin + 80, bottom}, {origin + 80, bottom - font}}));
 }
+
+TEST_F(Ruler, HasTheColourOfTheNames) {
+    ColorSettings[WaveName] = 9;
+    WaveView.SpanEnd = 10;
+    DrawRuler();
+    ColorSettings[WaveName] = 15;
+    std::vector<std::string> drawn = DrawnOnTop();
+    ASSERT_FALSE(drawn.empty());
+    for (const std::string &call : drawn) EXPECT_TRUE(call.starts_with("9 ")) << call;
+}

@@ -211,22 +211,18 @@ TEST_F(Commands, OnlyWhatIsBuiltIsEnabledWithoutASelection) {
     std::vector<uint32_t> enabled;
     for (auto [id, on] : MenuState())
         if (on) enabled.push_back(id);
-    EXPECT_EQ(enabled, (std::vector<uint32_t>{COMMAND_REDRAW,        COMMAND_ZOOM_FIT,
-                                              COMMAND_ZOOM_IN_STEP,  COMMAND_ZOOM_OUT_STEP,
-                                              COMMAND_ZOOM_IN,       COMMAND_ZOOM_OUT,
-                                              COMMAND_PAN,           COMMAND_FULL_FIT,
-                                              COMMAND_FULL_SCALE,    COMMAND_SHOW_WAVEFORM_DATA,
-                                              COMMAND_PLACE_MARK,    COMMAND_TO_TIME,
-                                              COMMAND_TO_START,      COMMAND_TO_END,
-                                              COMMAND_TICK_LEFT,     COMMAND_TICK_RIGHT,
-                                              COMMAND_TEN_LEFT,      COMMAND_TEN_RIGHT,
-                                              COMMAND_ROW_UP,        COMMAND_ROW_DOWN,
-                                              COMMAND_NEW,           COMMAND_OPEN,
-                                              COMMAND_SAVE,          COMMAND_SAVE_AS,
-                                              COMMAND_EXIT,          COMMAND_HELP,
-                                              COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH,
-                                              COMMAND_HELP_ON_HELP,  COMMAND_ABOUT,
-                                              COMMAND_QUERY_MODE,    COMMAND_EDIT_MODE}));
+    EXPECT_EQ(
+        enabled,
+        (std::vector<uint32_t>{
+            COMMAND_REDRAW,        COMMAND_ZOOM_FIT,    COMMAND_ZOOM_IN_STEP, COMMAND_ZOOM_OUT_STEP,
+            COMMAND_ZOOM_IN,       COMMAND_ZOOM_OUT,    COMMAND_PAN,          COMMAND_FULL_FIT,
+            COMMAND_FULL_SCALE,    COMMAND_UNDO,        COMMAND_REDO,         COMMAND_SHOW_WAVEFORM_DATA,
+            COMMAND_PLACE_MARK,    COMMAND_TO_TIME,     COMMAND_TO_START,     COMMAND_TO_END,
+            COMMAND_TICK_LEFT,     COMMAND_TICK_RIGHT,  COMMAND_TEN_LEFT,     COMMAND_TEN_RIGHT,
+            COMMAND_ROW_UP,        COMMAND_ROW_DOWN,    COMMAND_NEW,          COMMAND_OPEN,
+            COMMAND_SAVE,          COMMAND_SAVE_AS,     COMMAND_EXIT,         COMMAND_HELP,
+            COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH, COMMAND_HELP_ON_HELP, COMMAND_ABOUT,
+            COMMAND_QUERY_MODE,    COMMAND_EDIT_MODE}));
 }
 
 TEST_F(Commands, HideAndDuplicateNeedASelectedRow) {
