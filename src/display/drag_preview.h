@@ -27,8 +27,7 @@ struct DragPreviewRecord {
     bool lowSaved, highSaved; // the pixel column at the limit was in the pane when the drag began
     uint32_t rowsDrawn;       // RowsDrawn when the preview was drawn last
 };
-// Filled by BeginDrag; DrawDragPreview writes `firstCall`, `dragTime` and what BeginDrag leaves at 0:
-// `lowSaved`, `highSaved` and `rowsDrawn`.
+// Filled by BeginDrag up to `dragRight`; DrawDragPreview writes `firstCall`, `dragTime` and the rest.
 extern DragPreviewRecord DragPreview;
 // Puts the start values in place.
 void InitDragPreview();

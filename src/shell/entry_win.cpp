@@ -30,7 +30,7 @@ bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *comman
     Instance = instance;
     InitCommands();
     InitMouseGesture();
-    EndModeGesture();
+    InitModeGestures();
     PrepareApplication(commandLine);
     LoadKeys();
     if (!InitWavesInst(previous, show)) return false;

@@ -1,0 +1,4 @@
+#include "edit/edit_dialog.h"
+
+void OpenEditDialog() {}
+void FillEditDialog(const char *) {}
