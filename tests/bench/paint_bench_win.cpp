@@ -226,8 +226,9 @@ double MicrosecondsOfRow() {
     });
 }
 
-// A drag to and fro and a painting of the row by turns.
-void MeasureDrag(uint16_t rightMode, double &row, double &drag) {
+// A drag to and fro and a painting of the row by turns. A mouse that no edge follows would be another
+// measurement.
+bool MeasureDrag(uint16_t rightMode, double &row, double &drag) {
     EraseBegins(Pane::Wave);
     DrawRulerCursor(true);
     TakeEdge(rightMode);
@@ -237,7 +238,11 @@ void MeasureDrag(uint16_t rightMode, double &row, double &drag) {
         drag = std::min(drag, MicrosecondsOfDrag(static_cast<int32_t>(DRAGGED_EDGE) + aside));
         row = std::min(row, MicrosecondsOfRow());
     }
+    bool followed = DragPreview.dragTime == Mouse.time && !DragPreview.firstCall;
+    if (!followed) fprintf(stderr, "paint_bench: the edge does not follow the mouse\n");
     TrackRoutine = nullptr;
+    CommandState.CursorMode &= ~CURSOR_TRACK;
+    return followed;
 }
 
 // The least of many rounds, in which what is compared takes turns: what else runs on the machine only adds.
@@ -256,10 +261,10 @@ bool Measure() {
         least.replay = std::min(least.replay, MicrosecondsOf(ReplayAll));
     }
     for (size_t i = 0; i < PANES.size(); i++) ReleaseDC(PaneWindow(PANES[i]), OwnContexts[i]);
-    MeasureDrag(DRAG_HIGH, least.row, least.drag);
-    MeasureDrag(DRAG_TAIL, least.row, least.tail);
-    if (same) PrintFigures(least);
-    return same;
+    bool dragged = MeasureDrag(DRAG_HIGH, least.row, least.drag);
+    dragged = MeasureDrag(DRAG_TAIL, least.row, least.tail) && dragged;
+    if (same && dragged) PrintFigures(least);
+    return same && dragged;
 }
 
 // A window that shows less than all rows would be another measurement.
