@@ -178,14 +178,18 @@ void DeleteItem(Pattern *pattern, uint16_t index) {
                      static_cast<uint16_t>(item.scale()), item.repeat(),
                      static_cast<uint8_t>(item.sliceWidth()), static_cast<uint8_t>(item.sliceOffset()),
                      static_cast<uint8_t>(item.forcedFormat()));
-        --referenceItems[pattern->id];
     } else {
         LogTransition(0, pattern->id, index, item.value(), item.duration());
     }
+    DropItem(pattern, index);
+    MarkTimesChanged(pattern);
+}
+
+void DropItem(Pattern *pattern, uint16_t index) {
+    if (pattern->item(index).isReference()) --referenceItems[pattern->id];
     --pattern->itemCount;
     PatternItem *items = pattern->items();
     memmove(items + index, items + index + 1, (pattern->itemCount - size_t{index}) * sizeof(PatternItem));
-    MarkTimesChanged(pattern);
 }
 
 int MergeItems(Pattern *pattern, uint16_t index) {

@@ -30,6 +30,8 @@ Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uin
                          uint32_t forcedFormat);
 
 void DeleteItem(Pattern *pattern, uint16_t index);
+// The same without a record, for a pattern in the making.
+void DropItem(Pattern *pattern, uint16_t index);
 // Joins data items `index` and `index` + 1 if they have the same value; returns whether it did.
 int MergeItems(Pattern *pattern, uint16_t index);
 void MergeAllItems(Pattern *pattern);
