@@ -18,10 +18,18 @@ constexpr int POINTS_PER_INCH = 72;
 constexpr int ORDINARY_RESOLUTION = 96;
 constexpr size_t COLOURS = 16;
 
+// What the drawing calls have set in the current context; null and no colour as long as they have not.
+struct SetRecord {
+    HPEN pen = nullptr;
+    HBRUSH brush = nullptr;
+    int textColour = -1, background = -1;
+};
+
 // What is held for the current picture beside its window and context.
 struct PictureRecord {
     Pane pane = Pane::None;
     bool fromPaint = false; // the context is a paint message's, which gives it back itself
+    SetRecord set;
 };
 PictureRecord Picture;
 
@@ -34,6 +42,13 @@ struct GraphicObjects {
 };
 GraphicObjects Objects;
 
+// The text that was measured last: most texts are measured to see whether they fit, and again to be placed.
+struct MeasuredRecord {
+    std::array<char, 256> text = {}; // empty if it was too long for this
+    PixelSize size = {};
+};
+MeasuredRecord Measured;
+
 // The pixels set aside: a memory context and a bitmap for each slot in use; null without any.
 struct SavedRecord {
     HDC context = nullptr;
@@ -45,6 +60,7 @@ SavedRecord Saved;
 // What SurfaceClipToPane has to undo.
 struct ClipRecord {
     int state = 0; // of the context, 0 while it is not clipped
+    SetRecord set; // as it was then
     HRGN region = nullptr;
 };
 ClipRecord Clip;
@@ -119,7 +135,7 @@ void CopySaved(size_t slot, bool back) {
 void BeginPicture(Pane pane, HDC context) {
     PictureWindow = PaneWindow(pane);
     PictureDC = context;
-    Picture = {pane, true};
+    Picture = {pane, true, {}};
     PrepareContext();
 }
 
@@ -154,6 +170,7 @@ HBRUSH SolidBrush(int colour) {
 void ReleaseGraphicObjects() {
     if (Objects.font) DeleteObject(Objects.font);
     Objects.font = nullptr;
+    Measured = {};
     DeleteAll(Objects.pens);
     DeleteAll(Objects.solidBrushes);
     DeleteAll(Objects.hatchBrushes);
@@ -167,7 +184,7 @@ void SurfaceSelect(Pane pane) {
     PictureDC = GetDC(window);
     if (!PictureDC) return;
     PictureWindow = window;
-    Picture = {pane, false};
+    Picture = {pane, false, {}};
     PrepareContext();
 }
 
@@ -175,16 +192,25 @@ Pane SurfacePane() {
     return Picture.pane;
 }
 
+// Most segments have the colour of the one before, so what is set already is not set again.
 void SurfaceSetPen(int colour, bool dotted) {
-    SelectIfThere(PictureDC, PenOf(colour, dotted));
+    HPEN pen = PenOf(colour, dotted);
+    if (!PictureDC || !pen || pen == Picture.set.pen) return;
+    Picture.set.pen = pen;
+    SelectObject(PictureDC, pen);
 }
 
 void SurfaceSetBrush(int colour, bool hatched) {
-    SelectIfThere(PictureDC, hatched ? HatchBrush(colour) : SolidBrush(colour));
+    HBRUSH brush = hatched ? HatchBrush(colour) : SolidBrush(colour);
+    if (!PictureDC || !brush || brush == Picture.set.brush) return;
+    Picture.set.brush = brush;
+    SelectObject(PictureDC, brush);
 }
 
 void SurfaceSetTextColour(int colour, int background) {
-    if (!PictureDC) return;
+    if (!PictureDC || (colour == Picture.set.textColour && background == Picture.set.background)) return;
+    Picture.set.textColour = colour;
+    Picture.set.background = background;
     SetTextColor(PictureDC, ColourRef(colour));
     SetBkColor(PictureDC, ColourRef(background));
 }
@@ -230,13 +256,17 @@ void SurfaceDropSaved() {
 void SurfaceClipToPane(bool on) {
     if (!PictureDC) return;
     if (!on) {
-        if (Clip.state) RestoreDC(PictureDC, Clip.state);
+        if (Clip.state) {
+            RestoreDC(PictureDC, Clip.state);
+            Picture.set = Clip.set;
+        }
         if (Clip.region) DeleteObject(Clip.region);
         Clip = {};
         return;
     }
     RECT client = {};
     GetClientRect(PictureWindow, &client);
+    Clip.set = Picture.set;
     Clip.state = SaveDC(PictureDC);
     Clip.region = CreateRectRgnIndirect(&client);
     if (Clip.region) SelectClipRgn(PictureDC, Clip.region);
@@ -266,14 +296,21 @@ void SurfaceInvert(const PixelRect &rect) {
 }
 
 PixelSize SurfaceTextSize(const char *text) {
-    HDC screen = PictureDC ? nullptr : GetDC(nullptr);
-    HDC context = screen ? screen : PictureDC;
+    if (*text && strcmp(text, Measured.text.data()) == 0) return Measured.size;
+    size_t length = strlen(text);
     SIZE size = {0, 0};
-    if (context) {
-        HGDIOBJ before = SelectObject(context, MainFont());
-        GetTextExtentPoint32A(context, text, static_cast<int>(strlen(text)), &size);
-        SelectObject(context, before);
+    // A picture has the font already, and to select it anew takes longer than to measure.
+    if (PictureDC) {
+        GetTextExtentPoint32A(PictureDC, text, static_cast<int>(length), &size);
+    } else if (HDC screen = GetDC(nullptr)) {
+        HGDIOBJ before = SelectObject(screen, MainFont());
+        GetTextExtentPoint32A(screen, text, static_cast<int>(length), &size);
+        SelectObject(screen, before);
+        ReleaseDC(nullptr, screen);
     }
-    if (screen) ReleaseDC(nullptr, screen);
-    return {size.cx, size.cy};
+    bool fits = length < Measured.text.size();
+    memcpy(Measured.text.data(), text, fits ? length : 0);
+    Measured.text[fits ? length : 0] = 0;
+    Measured.size = {size.cx, size.cy};
+    return Measured.size;
 }

@@ -47,9 +47,11 @@ struct HeadlessState {
 
     // The screen and the panels.
     int32_t screenWidth = 1024, screenHeight = 768;
+    double screenMagnification = 1.0;
     int32_t paneWidth[4] = {0, 1000, 100, 1000};
     int32_t paneHeight[4] = {0, 34, 600, 600};
     bool panesExist = false;
+    int32_t fontHeight = 0;        // of a line, in pixels; 0 for the height of the font that is drawn
     std::vector<Pane> invalidated; // calls of InvalidatePane
     std::vector<Pane> updated;     // calls of UpdatePane
     struct Bar {

@@ -8,7 +8,10 @@
 #include "display/wave_view.h"
 #include "display/zoom.h"
 #include "document/document.h"
+#include "edit/clipboard.h"
 #include "edit/expand_bus.h"
+#include "edit/selection.h"
+#include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "shell/about_box.h"
 #include "shell/data_listing_window.h"
@@ -41,6 +44,24 @@ bool Never() {
     return false;
 }
 
+void Cut() {
+    CutCopyDelete(COMMAND_CUT);
+}
+
+void Copy() {
+    CutCopyDelete(COMMAND_COPY);
+}
+
+void Delete() {
+    CutCopyDelete(COMMAND_DELETE);
+}
+
+// The end of the command takes the selection away.
+void Paste() {
+    CommandState.CommandPhase = PHASE_PASTING;
+    PasteAtSelection(0);
+}
+
 struct Command {
     uint32_t id;
     // What it runs; null for a command of one of the ranges below, and for one that DispatchCommand handles.
@@ -66,11 +87,11 @@ constexpr Command commandTable[] = {
     {COMMAND_CUSTOMIZE, nullptr, Never},
     {COMMAND_COPY_EXTERNALS, nullptr, Never},
     {COMMAND_CONSISTENCY_CHECK, nullptr, Never},
-    {COMMAND_CUT, nullptr, Never},
-    {COMMAND_COPY, nullptr, Never},
-    {COMMAND_PASTE, nullptr, Never},
+    {COMMAND_CUT, Cut, SelectionCanBeCut},
+    {COMMAND_COPY, Copy, SelectionCanBeCut},
+    {COMMAND_PASTE, Paste, SelectionTakesPaste},
     {COMMAND_SHOW, nullptr, Never},
-    {COMMAND_DELETE, nullptr, Never},
+    {COMMAND_DELETE, Delete, SelectionCanBeCut},
     {COMMAND_NEW_WAVE, nullptr, Never},
     {COMMAND_DUPLICATE, DuplicateHighlightedRows, RowIsSelected},
     {COMMAND_HIDE, HideHighlightedRows, RowIsSelected},
@@ -114,6 +135,15 @@ const Command *FindCommand(uint32_t id) {
         if (command.id == id) return &command;
     }
     return nullptr;
+}
+
+// The selection stood in a row that is no longer the selected one.
+void LeaveSelection() {
+    DrawOverlay(false);
+    ClearSelection();
+    AdoptSelection();
+    ShowSelection();
+    DrawOverlay(true);
 }
 
 // --- the ranges of ids ----------------------------------------------------------------------------
@@ -263,7 +293,10 @@ void DispatchById(uint32_t id) {
 
 void DispatchCommand(int32_t id) {
     ShowErrorStrip(nullptr);
-    if (id >= 0) DispatchById(static_cast<uint32_t>(id));
+    if (id >= 0) {
+        EndModeGesture();
+        DispatchById(static_cast<uint32_t>(id));
+    }
     UpdateCommands();
     if (CommandState.CurrentCommand == 0) SetPrompt("Select A Command.  F1 for Help");
 }
@@ -300,7 +333,9 @@ void ViewCommand(uint32_t id) {
 void ExecuteCommand(uint32_t id) {
     CommandState.CommandPhase = PHASE_IDLE;
     int held = LogHoldOpen(1);
+    uint32_t row = WaveView.SelectRow, rows = WaveView.RowCount;
     RunCommand(id);
+    if (row != WaveView.SelectRow || rows != WaveView.RowCount) LeaveSelection();
     FinishCommand();
     LogHoldOpen(held);
 }
@@ -310,16 +345,9 @@ void FinishCommand() {
     bool edit = CommandState.CurrentCommand == COMMAND_EDIT_MODE;
     if (!edit) CommandState.CurrentCommand = COMMAND_QUERY_MODE;
     SetEditMode(edit);
+    RepaintChanged(false);
     LogEndAction();
     LogHoldOpen(held);
-}
-
-void SetEditMode(bool edit) {
-    CommandState.CursorMode = edit ? CURSOR_SELECT : CURSOR_QUERY;
-    DrawOverlay(false);
-    RunModeGesture();
-    if (PanesExist()) ShowCursorReadout();
-    DrawOverlay(true);
 }
 
 bool CommandIsBuilt(uint32_t id) {
