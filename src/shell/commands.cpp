@@ -39,25 +39,27 @@ bool MarkIsPlaced() {
     return WaveView.MarkActive;
 }
 
-void CutSelection() {
+// For a command that is not built: its menu entry stays gray.
+bool Never() {
+    return false;
+}
+
+void Cut() {
     CutCopyDelete(COMMAND_CUT);
 }
-void CopySelection() {
+
+void Copy() {
     CutCopyDelete(COMMAND_COPY);
 }
-void DeleteSelection() {
+
+void Delete() {
     CutCopyDelete(COMMAND_DELETE);
 }
 
 // The end of the command takes the selection away.
-void PasteClipboard() {
+void Paste() {
     CommandState.CommandPhase = PHASE_PASTING;
     PasteAtSelection(0);
-}
-
-// For a command that is not built: its menu entry stays gray.
-bool Never() {
-    return false;
 }
 
 struct Command {
@@ -85,11 +87,11 @@ constexpr Command commandTable[] = {
     {COMMAND_CUSTOMIZE, nullptr, Never},
     {COMMAND_COPY_EXTERNALS, nullptr, Never},
     {COMMAND_CONSISTENCY_CHECK, nullptr, Never},
-    {COMMAND_CUT, CutSelection, SelectionCanBeCut},
-    {COMMAND_COPY, CopySelection, SelectionCanBeCut},
-    {COMMAND_PASTE, PasteClipboard, SelectionTakesPaste},
+    {COMMAND_CUT, Cut, SelectionCanBeCut},
+    {COMMAND_COPY, Copy, SelectionCanBeCut},
+    {COMMAND_PASTE, Paste, SelectionTakesPaste},
     {COMMAND_SHOW, nullptr, Never},
-    {COMMAND_DELETE, DeleteSelection, SelectionCanBeCut},
+    {COMMAND_DELETE, Delete, SelectionCanBeCut},
     {COMMAND_NEW_WAVE, nullptr, Never},
     {COMMAND_DUPLICATE, DuplicateHighlightedRows, RowIsSelected},
     {COMMAND_HIDE, HideHighlightedRows, RowIsSelected},

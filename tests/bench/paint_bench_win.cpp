@@ -3,19 +3,11 @@
 //
 //   paint_bench [--quick]
 #include "bench/call_recorder_win.h"
-#include "config/settings.h"
+#include "bench/drag_bench_win.h"
 #include "display/composition.h"
-#include "display/drag_preview.h"
-#include "display/mouse_place.h"
 #include "display/panes_win.h"
-#include "display/renderer.h"
-#include "display/row_table.h"
-#include "display/ruler_cursor.h"
-#include "display/surface_win.h"
 #include "display/viewport.h"
-#include "shell/commands.h"
 #include "shell/frame_win.h"
-#include "shell/view_gestures.h"
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -100,28 +92,50 @@ void CloseMemory(const PaneMemory &memory) {
     DeleteDC(memory.context);
 }
 
-// The paint messages of the three panels, with the erase messages before them and the marks that lie over the
-// picture. They have been scheduled.
-void PaintScheduled() {
-    for (Pane pane : PANES) UpdatePane(pane);
+// The message that a panel has to answer when it has been scheduled for a paint, with the erase message
+// before it.
+void PaintScheduled(Pane pane) {
+    UpdatePane(pane);
     GdiFlush();
 }
 
-// The panels' own contexts, held all the time.
-std::array<HDC, PANES.size()> OwnContexts;
-
-void ReplayAll() {
-    for (size_t i = 0; i < PANES.size(); i++) {
-        PaneMemory memory = OpenMemory(OwnContexts[i], PANES[i]);
-        ReplayRecorded(PaneWindow(PANES[i]), OwnContexts[i], memory.context);
-        CloseMemory(memory);
-    }
-    GdiFlush();
+// A paint message that is answered with what was recorded, in memory like the program's, and nothing else.
+void ReplayPaint(HWND window) {
+    PAINTSTRUCT paint;
+    HDC context = BeginPaint(window, &paint);
+    PaneMemory memory = OpenMemory(context, static_cast<Pane>(GetWindowWord(window, 0)));
+    ReplayRecorded(window, context, memory.context);
+    CloseMemory(memory);
+    EndPaint(window, &paint);
 }
 
-std::vector<uint32_t> PixelsOf(HDC own, Pane pane) {
+LRESULT CALLBACK ReplayProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_ERASEBKGND) return 1;
+    if (message != WM_PAINT) return DefWindowProcA(window, message, wParam, lParam);
+    ReplayPaint(window);
+    return 0;
+}
+
+// Lets a panel answer with what was recorded for as long as this lives.
+class Replaying {
+public:
+    explicit Replaying(Pane pane)
+        : window(PaneWindow(pane)),
+          before(SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ReplayProc))) {}
+    ~Replaying() { SetWindowLongPtrA(window, GWLP_WNDPROC, before); }
+    Replaying(const Replaying &) = delete;
+    Replaying &operator=(const Replaying &) = delete;
+
+private:
+    HWND window;
+    LONG_PTR before;
+};
+
+// What a panel shows.
+std::vector<uint32_t> PixelsOf(Pane pane) {
     int32_t width = 0, height = 0;
     PaneClientSize(pane, width, height);
+    HDC own = GetDC(PaneWindow(pane));
     PaneMemory memory = OpenMemory(own, pane);
     BitBlt(memory.context, 0, 0, width, height, own, 0, 0, SRCCOPY);
     SelectObject(memory.context, memory.before);
@@ -130,49 +144,46 @@ std::vector<uint32_t> PixelsOf(HDC own, Pane pane) {
     form.bmiHeader = {sizeof form.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     GetDIBits(own, memory.bitmap, 0, static_cast<UINT>(height), pixels.data(), &form, DIB_RGB_COLORS);
     CloseMemory(memory);
+    ReleaseDC(PaneWindow(pane), own);
     return pixels;
 }
 
-// What the panels show beneath the marks.
-std::vector<uint32_t> Shown() {
-    std::vector<uint32_t> all;
-    for (size_t i = 0; i < PANES.size(); i++) {
-        std::vector<uint32_t> pixels = PixelsOf(OwnContexts[i], PANES[i]);
-        all.insert(all.end(), pixels.begin(), pixels.end());
-    }
-    return all;
+void Blacken(Pane pane) {
+    int32_t width = 0, height = 0;
+    PaneClientSize(pane, width, height);
+    HDC own = GetDC(PaneWindow(pane));
+    PatBlt(own, 0, 0, width, height, BLACKNESS);
+    ReleaseDC(PaneWindow(pane), own);
 }
 
 // A replay that shows something else than the paint would be no yardstick.
 bool ReplayShowsTheSame() {
+    // What lies over the picture is not part of it.
     EraseBegins(Pane::Wave);
-    std::vector<uint32_t> painted = Shown();
-    for (size_t i = 0; i < PANES.size(); i++) {
-        int32_t width = 0, height = 0;
-        PaneClientSize(PANES[i], width, height);
-        PatBlt(OwnContexts[i], 0, 0, width, height, BLACKNESS);
+    for (Pane pane : PANES) {
+        std::vector<uint32_t> painted = PixelsOf(pane);
+        Blacken(pane);
+        Replaying replaying(pane);
+        InvalidatePane(pane);
+        PaintScheduled(pane);
+        if (PixelsOf(pane) == painted) continue;
+        fprintf(stderr, "paint_bench: the replay shows something else than the paint\n");
+        return false;
     }
-    ReplayAll();
-    bool same = Shown() == painted;
-    if (!same) fprintf(stderr, "paint_bench: the replay shows something else than the paint\n");
-    return same;
+    return true;
 }
 
-template <class Work>
-double MicrosecondsOf(Work work) {
+double MicrosecondsOfPaint(Pane pane) {
     LARGE_INTEGER frequency, from, to;
+    InvalidatePane(pane);
     QueryPerformanceFrequency(&frequency);
     QueryPerformanceCounter(&from);
-    work();
+    PaintScheduled(pane);
     QueryPerformanceCounter(&to);
     return 1e6 * static_cast<double>(to.QuadPart - from.QuadPart) / static_cast<double>(frequency.QuadPart);
 }
 
-struct Figures {
-    double paint, replay, row, drag, tail;
-};
-
-void PrintFigures(const Figures &least) {
+void PrintFigures(double paint, double replay, const DragFigures &drags) {
     printf("{\"benchmarks\": [\n"
            "  {\"name\": \"window/paint\", \"cpu_time\": %.1f},\n"
            "  {\"name\": \"window/replay\", \"cpu_time\": %.1f, \"replayed\": %zu},\n"
@@ -180,91 +191,36 @@ void PrintFigures(const Figures &least) {
            "  {\"name\": \"window/drag\", \"cpu_time\": %.1f},\n"
            "  {\"name\": \"window/drag_tail\", \"cpu_time\": %.1f}\n"
            "]}\n",
-           least.paint, least.replay, RecordedCalls(), least.row, least.drag, least.tail);
+           paint, replay, RecordedCalls(), drags.row, drags.drag, drags.tail);
 }
 
-// --- dragging an edge --------------------------------------------------------------------------------
-
-constexpr uint32_t DRAGGED_ROW = 22; // in the middle of the window, one of the nodes with many edges
-constexpr TimeVal DRAGGED_EDGE = 900;
-constexpr TimeVal DRAG_ROOM = 40;
-
-// As a press on the edge leaves it behind: between its neighbours, or with the tail behind it.
-void TakeEdge(uint16_t rightMode) {
-    DragPreview = {};
-    DragPreview.pattern = WaveRows[DRAGGED_ROW].PatternId;
-    DragPreview.edgeTime = DRAGGED_EDGE;
-    DragPreview.lowLimit = DRAGGED_EDGE - DRAG_ROOM;
-    DragPreview.highLimit = rightMode == DRAG_TAIL ? TIME_FOREVER : DRAGGED_EDGE + DRAG_ROOM;
-    DragPreview.snapStep = 1;
-    DragPreview.leftMode = DRAG_LOW;
-    DragPreview.rightMode = rightMode;
-    DragPreview.yBottom = static_cast<int32_t>(DRAGGED_ROW + 1) * WaveView.RowHeight - Settings.WaveGap - 1;
-    DragPreview.yTop = DragPreview.yBottom - WaveView.WaveHeight;
-    DragPreview.height = WaveView.WaveHeight + 5;
-    DragPreview.firstCall = true;
-    TrackRoutine = DrawDragPreview;
-    CommandState.CursorMode |= CURSOR_TRACK;
-}
-
-// What a movement of the mouse by a pixel takes, all that it does included: the marker in the ruler and the
-// edge that follows it.
-double MicrosecondsOfDrag(int32_t x) {
-    int32_t y = static_cast<int32_t>(DRAGGED_ROW) * WaveView.RowHeight + WaveView.RowHeight / 2;
-    return MicrosecondsOf([&] {
-        MouseMoved(Pane::Wave, x, y);
-        ReleasePicture("paint_bench");
-        GdiFlush();
-    });
-}
-
-double MicrosecondsOfRow() {
-    return MicrosecondsOf([] {
-        DrawRowWaves(DRAGGED_ROW);
-        ReleasePicture("paint_bench");
-        GdiFlush();
-    });
-}
-
-// A drag to and fro and a painting of the row by turns. A mouse that no edge follows would be another
-// measurement.
-bool MeasureDrag(uint16_t rightMode, double &row, double &drag) {
-    EraseBegins(Pane::Wave);
-    DrawRulerCursor(true);
-    TakeEdge(rightMode);
-    MicrosecondsOfDrag(DRAGGED_EDGE); // the first one makes the bitmaps
-    for (int i = 1; i <= rounds; i++) {
-        int32_t aside = i % static_cast<int32_t>(DRAG_ROOM);
-        drag = std::min(drag, MicrosecondsOfDrag(static_cast<int32_t>(DRAGGED_EDGE) + aside));
-        row = std::min(row, MicrosecondsOfRow());
-    }
-    bool followed = DragPreview.dragTime == Mouse.time && !DragPreview.firstCall;
-    if (!followed) fprintf(stderr, "paint_bench: the edge does not follow the mouse\n");
-    TrackRoutine = nullptr;
-    CommandState.CursorMode &= ~CURSOR_TRACK;
-    return followed;
-}
-
-// The least of many rounds, in which what is compared takes turns: what else runs on the machine only adds.
-bool Measure() {
-    for (size_t i = 0; i < PANES.size(); i++) OwnContexts[i] = GetDC(PaneWindow(PANES[i]));
+void RecordPaint() {
     InvalidateAllPanes();
     StartRecording();
-    PaintScheduled();
+    for (Pane pane : PANES) PaintScheduled(pane);
     StopRecording();
-    bool same = ReplayShowsTheSame();
-    constexpr double never = std::numeric_limits<double>::max();
-    Figures least = {never, never, never, never, never};
-    for (int i = 0; i < rounds; i++) {
-        InvalidateAllPanes();
-        least.paint = std::min(least.paint, MicrosecondsOf(PaintScheduled));
-        least.replay = std::min(least.replay, MicrosecondsOf(ReplayAll));
+}
+
+// The least of many rounds, in which the two take turns, for each panel by itself: what else runs on the
+// machine only adds.
+bool Measure() {
+    RecordPaint();
+    if (!ReplayShowsTheSame()) return false;
+    double paint = 0, replay = 0;
+    for (Pane pane : PANES) {
+        double leastPaint = std::numeric_limits<double>::max(), leastReplay = leastPaint;
+        for (int round = 0; round < rounds; round++) {
+            leastPaint = std::min(leastPaint, MicrosecondsOfPaint(pane));
+            Replaying replaying(pane);
+            leastReplay = std::min(leastReplay, MicrosecondsOfPaint(pane));
+        }
+        paint += leastPaint;
+        replay += leastReplay;
     }
-    for (size_t i = 0; i < PANES.size(); i++) ReleaseDC(PaneWindow(PANES[i]), OwnContexts[i]);
-    bool dragged = MeasureDrag(DRAG_HIGH, least.row, least.drag);
-    dragged = MeasureDrag(DRAG_TAIL, least.row, least.tail) && dragged;
-    if (same && dragged) PrintFigures(least);
-    return same && dragged;
+    DragFigures drags;
+    if (!MeasureDrags(rounds, drags)) return false;
+    PrintFigures(paint, replay, drags);
+    return true;
 }
 
 // A window that shows less than all rows would be another measurement.
