@@ -36,6 +36,7 @@ protected:
                                                                directory.file("plain._KL"), "Yes", "No"}));
         editor.shoot("recovery", question.window);
         question.click(button);
+        EXPECT_TRUE(editor.dialogGone());
     }
     TestDirectory directory;
 };
