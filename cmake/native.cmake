@@ -62,6 +62,7 @@ endforeach()
 
 # --- benchmarks ---------------------------------------------------------------------------------------
 file(GLOB BENCH_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/bench/*.cpp)
+list(FILTER BENCH_SOURCES EXCLUDE REGEX "_win\\.cpp$")
 if(BENCH_SOURCES AND NOT KELVANE_SANITIZE)
   find_package(benchmark REQUIRED)
   add_executable(kelvane-bench ${BENCH_SOURCES})

@@ -9,6 +9,7 @@
 
 HWND PictureWindow;
 HDC PictureDC;
+HDC MemoryDC;
 
 namespace {
 
@@ -18,10 +19,18 @@ constexpr int POINTS_PER_INCH = 72;
 constexpr int ORDINARY_RESOLUTION = 96;
 constexpr size_t COLOURS = 16;
 
+// What the drawing calls have set in the current context; null and no colour as long as they have not.
+struct SetRecord {
+    HPEN pen = nullptr;
+    HBRUSH brush = nullptr;
+    int textColour = -1, background = -1;
+};
+
 // What is held for the current picture beside its window and context.
 struct PictureRecord {
     Pane pane = Pane::None;
     bool fromPaint = false; // the context is a paint message's, which gives it back itself
+    SetRecord set;
 };
 PictureRecord Picture;
 
@@ -34,6 +43,13 @@ struct GraphicObjects {
 };
 GraphicObjects Objects;
 
+// The text that was measured last: most texts are measured to see whether they fit, and again to be placed.
+struct MeasuredRecord {
+    std::array<char, 256> text = {}; // empty if it was too long for this
+    PixelSize size = {};
+};
+MeasuredRecord Measured;
+
 // The pixels set aside: a memory context and a bitmap for each slot in use; null without any.
 struct SavedRecord {
     HDC context = nullptr;
@@ -45,9 +61,25 @@ SavedRecord Saved;
 // What SurfaceClipToPane has to undo.
 struct ClipRecord {
     int state = 0; // of the context, 0 while it is not clipped
+    SetRecord set; // as it was then
     HRGN region = nullptr;
 };
 ClipRecord Clip;
+
+// The bitmaps that are kept, each null until its first use.
+struct KeptRecord {
+    std::array<HBITMAP, KEPT_BITMAPS> bitmaps = {};
+    std::array<PixelSize, KEPT_BITMAPS> sizes = {};
+};
+KeptRecord Kept;
+
+// What the memory context has taken the place of.
+struct MemoryRecord {
+    HDC picture = nullptr;
+    SetRecord set;
+    HGDIOBJ bitmap = nullptr;
+};
+MemoryRecord Memory;
 
 COLORREF ColourRef(int colour) {
     uint32_t rgb = ColorTable[static_cast<size_t>(colour)];
@@ -114,12 +146,32 @@ void CopySaved(size_t slot, bool back) {
     SelectObject(Saved.context, before);
 }
 
+// Copies a rectangle of a bitmap to a point of the picture, or back.
+void CopyKept(KeptBitmap which, const PixelRect &inBitmap, PixelPoint onPanel, bool back) {
+    auto index = static_cast<size_t>(which);
+    PixelSize size = Kept.sizes[index];
+    int left = std::max(inBitmap.left, 0), right = std::min(inBitmap.right, size.width);
+    int top = std::max(inBitmap.top, 0), bottom = std::min(inBitmap.bottom, size.height);
+    if (!PictureDC || !Kept.bitmaps[index] || left >= right || top >= bottom) return;
+    int x = onPanel.x + left - inBitmap.left, y = onPanel.y + top - inBitmap.top;
+    HDC memory = CreateCompatibleDC(PictureDC);
+    if (!memory) return;
+    HGDIOBJ before = SelectObject(memory, Kept.bitmaps[index]);
+    if (back) {
+        BitBlt(PictureDC, x, y, right - left, bottom - top, memory, left, top, SRCCOPY);
+    } else {
+        BitBlt(memory, left, top, right - left, bottom - top, PictureDC, x, y, SRCCOPY);
+    }
+    SelectObject(memory, before);
+    DeleteDC(memory);
+}
+
 } // namespace
 
 void BeginPicture(Pane pane, HDC context) {
     PictureWindow = PaneWindow(pane);
     PictureDC = context;
-    Picture = {pane, true};
+    Picture = {pane, true, {}};
     PrepareContext();
 }
 
@@ -154,10 +206,13 @@ HBRUSH SolidBrush(int colour) {
 void ReleaseGraphicObjects() {
     if (Objects.font) DeleteObject(Objects.font);
     Objects.font = nullptr;
+    Measured = {};
     DeleteAll(Objects.pens);
     DeleteAll(Objects.solidBrushes);
     DeleteAll(Objects.hatchBrushes);
     SurfaceDropSaved();
+    DeleteAll(Kept.bitmaps);
+    Kept = {};
 }
 
 void SurfaceSelect(Pane pane) {
@@ -167,7 +222,7 @@ void SurfaceSelect(Pane pane) {
     PictureDC = GetDC(window);
     if (!PictureDC) return;
     PictureWindow = window;
-    Picture = {pane, false};
+    Picture = {pane, false, {}};
     PrepareContext();
 }
 
@@ -175,16 +230,25 @@ Pane SurfacePane() {
     return Picture.pane;
 }
 
+// Most segments have the colour of the one before, so what is set already is not set again.
 void SurfaceSetPen(int colour, bool dotted) {
-    SelectIfThere(PictureDC, PenOf(colour, dotted));
+    HPEN pen = PenOf(colour, dotted);
+    if (!PictureDC || !pen || pen == Picture.set.pen) return;
+    Picture.set.pen = pen;
+    SelectObject(PictureDC, pen);
 }
 
 void SurfaceSetBrush(int colour, bool hatched) {
-    SelectIfThere(PictureDC, hatched ? HatchBrush(colour) : SolidBrush(colour));
+    HBRUSH brush = hatched ? HatchBrush(colour) : SolidBrush(colour);
+    if (!PictureDC || !brush || brush == Picture.set.brush) return;
+    Picture.set.brush = brush;
+    SelectObject(PictureDC, brush);
 }
 
 void SurfaceSetTextColour(int colour, int background) {
-    if (!PictureDC) return;
+    if (!PictureDC || (colour == Picture.set.textColour && background == Picture.set.background)) return;
+    Picture.set.textColour = colour;
+    Picture.set.background = background;
     SetTextColor(PictureDC, ColourRef(colour));
     SetBkColor(PictureDC, ColourRef(background));
 }
@@ -230,13 +294,17 @@ void SurfaceDropSaved() {
 void SurfaceClipToPane(bool on) {
     if (!PictureDC) return;
     if (!on) {
-        if (Clip.state) RestoreDC(PictureDC, Clip.state);
+        if (Clip.state) {
+            RestoreDC(PictureDC, Clip.state);
+            Picture.set = Clip.set;
+        }
         if (Clip.region) DeleteObject(Clip.region);
         Clip = {};
         return;
     }
     RECT client = {};
     GetClientRect(PictureWindow, &client);
+    Clip.set = Picture.set;
     Clip.state = SaveDC(PictureDC);
     Clip.region = CreateRectRgnIndirect(&client);
     if (Clip.region) SelectClipRgn(PictureDC, Clip.region);
@@ -265,15 +333,64 @@ void SurfaceInvert(const PixelRect &rect) {
     SelectObject(PictureDC, brush);
 }
 
-PixelSize SurfaceTextSize(const char *text) {
-    HDC screen = PictureDC ? nullptr : GetDC(nullptr);
-    HDC context = screen ? screen : PictureDC;
-    SIZE size = {0, 0};
-    if (context) {
-        HGDIOBJ before = SelectObject(context, MainFont());
-        GetTextExtentPoint32A(context, text, static_cast<int>(strlen(text)), &size);
-        SelectObject(context, before);
+bool SurfaceKeepBitmap(KeptBitmap bitmap, PixelSize size) {
+    auto index = static_cast<size_t>(bitmap);
+    HBITMAP &kept = Kept.bitmaps[index];
+    PixelSize &had = Kept.sizes[index];
+    if (!PictureDC || size.width <= 0 || size.height <= 0) return false;
+    if (kept && had.width >= size.width && had.height >= size.height) return false;
+    had = {std::max(had.width, size.width), std::max(had.height, size.height)};
+    if (kept) DeleteObject(kept);
+    kept = CreateCompatibleBitmap(PictureDC, had.width, had.height);
+    return kept != nullptr;
+}
+
+void SurfaceCopyToBitmap(const PixelRect &from, KeptBitmap bitmap, PixelPoint to) {
+    PixelRect inBitmap = {to.x, to.y, to.x + from.right - from.left, to.y + from.bottom - from.top};
+    CopyKept(bitmap, inBitmap, {from.left, from.top}, false);
+}
+
+void SurfaceCopyFromBitmap(KeptBitmap bitmap, const PixelRect &from, PixelPoint to) {
+    CopyKept(bitmap, from, to, true);
+}
+
+// The memory context takes the picture's place, so that every drawing call finds it there.
+void SurfaceDrawToMemory(bool on) {
+    if (on && !MemoryDC) {
+        HBITMAP tail = Kept.bitmaps[static_cast<size_t>(KeptBitmap::Tail)];
+        MemoryDC = PictureDC && tail ? CreateCompatibleDC(PictureDC) : nullptr;
+        Memory = {PictureDC, Picture.set, MemoryDC ? SelectObject(MemoryDC, tail) : nullptr};
+        PictureDC = MemoryDC;
+        Picture.set = {};
+        PrepareContext();
+    } else if (!on) {
+        if (MemoryDC) {
+            SelectObject(MemoryDC, Memory.bitmap);
+            DeleteDC(MemoryDC);
+        }
+        MemoryDC = nullptr;
+        PictureDC = Memory.picture;
+        Picture.set = Memory.set;
+        Memory = {};
     }
-    if (screen) ReleaseDC(nullptr, screen);
-    return {size.cx, size.cy};
+}
+
+PixelSize SurfaceTextSize(const char *text) {
+    if (*text && strcmp(text, Measured.text.data()) == 0) return Measured.size;
+    size_t length = strlen(text);
+    SIZE size = {0, 0};
+    // A picture has the font already, and to select it anew takes longer than to measure.
+    if (PictureDC) {
+        GetTextExtentPoint32A(PictureDC, text, static_cast<int>(length), &size);
+    } else if (HDC screen = GetDC(nullptr)) {
+        HGDIOBJ before = SelectObject(screen, MainFont());
+        GetTextExtentPoint32A(screen, text, static_cast<int>(length), &size);
+        SelectObject(screen, before);
+        ReleaseDC(nullptr, screen);
+    }
+    bool fits = length < Measured.text.size();
+    memcpy(Measured.text.data(), text, fits ? length : 0);
+    Measured.text[fits ? length : 0] = 0;
+    Measured.size = {size.cx, size.cy};
+    return Measured.size;
 }

@@ -3,6 +3,7 @@
 #include "config/paths.h"
 #include "config/settings.h"
 #include "display/composition.h"
+#include "display/drag_preview.h"
 #include "display/mouse_place.h"
 #include "display/overlay.h"
 #include "display/rows.h"
@@ -31,6 +32,7 @@ void FreshStore::SetUp() {
     InitWaveView();
     InitMouse();
     InitOverlay();
+    InitDragPreview();
     InitComposition();
     InitRulerCursor();
     InitDocument();
