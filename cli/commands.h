@@ -11,3 +11,5 @@ void AddSegments(CLI::App &program, int &status);
 void AddValue(CLI::App &program, int &status);
 void AddListing(CLI::App &program, int &status);
 void AddRender(CLI::App &program, int &status);
+void AddLog(CLI::App &program, int &status);
+void AddRecover(CLI::App &program, int &status);

@@ -19,3 +19,7 @@ bool SelectionHasValue();
 bool SelectionHasScale();
 bool SelectionHasRepeat();
 bool SelectionHasStates();
+// True where the selection can be cut, copied and deleted, and where a paste can go to it: then it is as wide
+// as what was cut, copied or deleted last.
+bool SelectionCanBeCut();
+bool SelectionTakesPaste();

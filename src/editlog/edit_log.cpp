@@ -275,6 +275,20 @@ int LogRollback() {
     return good;
 }
 
+void LogForget(int32_t start) {
+    auto *execute = ExecuteLogHook;
+    ExecuteLogHook = [](std::span<const uint8_t>, int, int32_t, int32_t, int) { return 1; };
+    LogRollback();
+    ExecuteLogHook = execute;
+    if (EditLog.rPtr == start) return;
+    // The disk did not give back what was recorded, or there is no file.
+    EditLog.rPtr = start;
+    EditLog.rEofPtr = start;
+    EditLog.rBase = start;
+    EditLog.Held = 0;
+    EditLog.Dirty = 0;
+}
+
 int LogUndo() {
     if (!LogRollback()) return 0;
     if (AtStart()) return 1;

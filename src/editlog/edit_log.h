@@ -75,6 +75,9 @@ void LogJoinAction();
 int LogUndoToMark();
 // Undoes an action that is still open, and forgets it. 1 or 0.
 int LogRollback();
+// Forgets what was recorded from `start` on, where the open action began, without replaying it: for an edit
+// that has been taken back otherwise. It moves the window as LogRollback does.
+void LogForget(int32_t start);
 // One step back, one step forward. With nothing to do they answer 1 and change nothing.
 int LogUndo();
 int LogRedo();

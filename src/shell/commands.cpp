@@ -8,7 +8,9 @@
 #include "display/wave_view.h"
 #include "display/zoom.h"
 #include "document/document.h"
+#include "edit/clipboard.h"
 #include "edit/expand_bus.h"
+#include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "shell/about_box.h"
 #include "shell/data_listing_window.h"
@@ -41,6 +43,24 @@ bool Never() {
     return false;
 }
 
+void Cut() {
+    CutCopyDelete(COMMAND_CUT);
+}
+
+void Copy() {
+    CutCopyDelete(COMMAND_COPY);
+}
+
+void Delete() {
+    CutCopyDelete(COMMAND_DELETE);
+}
+
+// The end of the command takes the selection away.
+void Paste() {
+    CommandState.CommandPhase = PHASE_PASTING;
+    PasteAtSelection(0);
+}
+
 struct Command {
     uint32_t id;
     // What it runs; null for a command of one of the ranges below, and for one that DispatchCommand handles.
@@ -66,11 +86,11 @@ constexpr Command commandTable[] = {
     {COMMAND_CUSTOMIZE, nullptr, Never},
     {COMMAND_COPY_EXTERNALS, nullptr, Never},
     {COMMAND_CONSISTENCY_CHECK, nullptr, Never},
-    {COMMAND_CUT, nullptr, Never},
-    {COMMAND_COPY, nullptr, Never},
-    {COMMAND_PASTE, nullptr, Never},
+    {COMMAND_CUT, Cut, SelectionCanBeCut},
+    {COMMAND_COPY, Copy, SelectionCanBeCut},
+    {COMMAND_PASTE, Paste, SelectionTakesPaste},
     {COMMAND_SHOW, nullptr, Never},
-    {COMMAND_DELETE, nullptr, Never},
+    {COMMAND_DELETE, Delete, SelectionCanBeCut},
     {COMMAND_NEW_WAVE, nullptr, Never},
     {COMMAND_DUPLICATE, DuplicateHighlightedRows, RowIsSelected},
     {COMMAND_HIDE, HideHighlightedRows, RowIsSelected},

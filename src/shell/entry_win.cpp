@@ -3,7 +3,11 @@
 #include "config/paths.h"
 #include "document/document.h"
 #include "document/startup.h"
+#include "edit/clipboard.h"
+#include "edit/edit_dialog.h"
+#include "edit/selection.h"
 #include "shell/commands.h"
+#include "shell/edit_dialog_win.h"
 #include "shell/frame.h"
 #include "shell/frame_win.h"
 #include "shell/mode_gestures.h"
@@ -29,6 +33,9 @@ void LoadKeys() {
 bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *commandLine, int show) {
     Instance = instance;
     InitCommands();
+    InitClipboard();
+    InitSelection();
+    InitEditDialog();
     InitMouseGesture();
     EndModeGesture();
     PrepareApplication(commandLine);
@@ -52,7 +59,8 @@ bool TakenByDialog(MSG *message) {
 int RunMessages() {
     MSG message = {};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-        if (TranslateKeys(mainKeys, &message) || TakenByDialog(&message) ||
+        if (TranslateKeys(mainKeys, &message) ||
+            (EditDialogLeavesKeys() && TranslateKeys(specialKeys, &message)) || TakenByDialog(&message) ||
             TranslateKeys(specialKeys, &message)) {
             continue;
         }

@@ -7,6 +7,8 @@
 #include "display/surface_win.h"
 #include "display/wave_view.h"
 #include "document/document.h"
+#include "edit/clipboard.h"
+#include "shell/clipboard_win.h"
 #include "shell/commands.h"
 #include "shell/frame.h"
 #include "shell/frame_layout.h"
@@ -89,6 +91,7 @@ void CloseFrame() {
 void EndSession() {
     StorePlaces();
     ReleaseDocument();
+    DropClipFile();
 }
 
 // Opens the first of the files.
@@ -113,6 +116,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         FrameWindow = window;
         ReadScreenSize();
         InstallHelpHook();
+        RegisterClipboard(window);
         return 0;
     case WM_DESTROY:
         RemoveHelpHook();
@@ -124,6 +128,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         return 0;
     case WM_INITMENU:
         UpdateCommands();
+        UpdateClipboardEntry(reinterpret_cast<HMENU>(wParam));
         return 0;
     case WM_MENUSELECT:
         MenuSelectItem = LOWORD(wParam);
@@ -172,6 +177,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         break;
     default:
         if (message == HelpHookMessage && wParam == HELP_IN_MENU) HelpOnMenuItem();
+        if (HandleClipboardMessage(message, wParam)) return 0;
         break;
     }
     return DefWindowProcA(window, message, wParam, lParam);
@@ -328,7 +334,9 @@ void FrameToFront() {
 void ReleaseWindows() {
     DestroyTextWindow();
     TextWindow = nullptr;
+    // What others may still want of the clipboard is handed over while the window goes.
     if (FrameWindow) DestroyWindow(FrameWindow);
+    DropClipFile();
     PromptWindow = nullptr;
     ReleaseGraphicObjects();
     SetCursor(LoadCursorA(nullptr, IDC_WAIT));

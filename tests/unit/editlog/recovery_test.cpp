@@ -352,7 +352,7 @@ TEST_F(DocumentRecovery, ASaveMakesRecoveredEditsLastAndEmptiesTheLog) {
     EXPECT_EQ(SaveDocument(false), 1);
     EXPECT_EQ(file(), "");
     EXPECT_EQ(IsDocumentModified(), 0);
-    EXPECT_NE(ReadWholeFile(scratch.file("document.wdl")).find("= 0 100 "), std::string::npos);
+    EXPECT_NE(ReadWholeFile(scratch.file("document.wdl")).find("0 100"), std::string::npos);
 }
 
 TEST_F(DocumentRecovery, ACleanEndLeavesNoLog) {

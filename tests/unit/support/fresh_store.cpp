@@ -10,7 +10,13 @@
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "document/document.h"
+#include "edit/clipboard.h"
+#include "edit/edit_dialog.h"
+#include "edit/selection.h"
+#include "edit/show_selection.h"
 #include "editlog/edit_log.h"
+#include "headless/clipboard.h"
+#include "headless/edit_dialog.h"
 #include "headless/headless.h"
 #include "shell/reporting.h"
 #include "store/mutators.h"
@@ -36,6 +42,12 @@ void FreshStore::SetUp() {
     InitComposition();
     InitRulerCursor();
     InitDocument();
+    InitHeadlessClipboard();
+    InitHeadlessEditDialog();
+    InitClipboard();
+    InitSelection();
+    InitEditDialog();
+    PendingMerge = 0;
     NameChars = {'[', ']', '_', '.'};
     ResizeBlock = realloc;
     ASSERT_EQ(AllocWaveRows(), 1);
@@ -45,6 +57,7 @@ void FreshStore::SetUp() {
 
 void FreshStore::TearDown() {
     ResizeBlock = realloc;
+    DropClipFile();
     PatternStoreFree();
     FreeWaveRows();
 }
