@@ -6,6 +6,7 @@
 #include "display/rows.h"
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
+#include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "editlog/recovery.h"
 #include "editlog/replay.h"
@@ -119,6 +120,7 @@ void SetTitleFromPath(bool upperCase) {
 
 // Forgets what the rows, the view and the selection knew of the old document.
 void ForgetView() {
+    InitShowSelection();
     WaveView.SelectActive = false;
     WaveView.MarkActive = false;
     WaveView.SelectRow = NO_ROW;
@@ -185,6 +187,7 @@ void InitDocument() {
     WdlVersion = 4;
     InitEditLog();
     InitReplay();
+    InitShowSelection();
     ExtendSpanHook = ExtendSpan;
 }
 

@@ -8,6 +8,8 @@
 // typed along a wave, an item must not vanish under the cursor. Written by the floating dialog and by
 // ShowSelection.
 extern uint16_t PendingMerge;
+// Puts the start values in place: nothing is selected, and no merge waits.
+void InitShowSelection();
 
 // The text for the selection as it is.
 std::string SelectionText();

@@ -10,6 +10,7 @@
 #include "document/document.h"
 #include "edit/clipboard.h"
 #include "edit/expand_bus.h"
+#include "edit/selection.h"
 #include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "shell/about_box.h"
@@ -134,6 +135,15 @@ const Command *FindCommand(uint32_t id) {
         if (command.id == id) return &command;
     }
     return nullptr;
+}
+
+// The selection stood in a row that is no longer the selected one.
+void LeaveSelection() {
+    DrawOverlay(false);
+    ClearSelection();
+    AdoptSelection();
+    ShowSelection();
+    DrawOverlay(true);
 }
 
 // --- the ranges of ids ----------------------------------------------------------------------------
@@ -283,7 +293,10 @@ void DispatchById(uint32_t id) {
 
 void DispatchCommand(int32_t id) {
     ShowErrorStrip(nullptr);
-    if (id >= 0) DispatchById(static_cast<uint32_t>(id));
+    if (id >= 0) {
+        EndModeGesture();
+        DispatchById(static_cast<uint32_t>(id));
+    }
     UpdateCommands();
     if (CommandState.CurrentCommand == 0) SetPrompt("Select A Command.  F1 for Help");
 }
@@ -320,7 +333,9 @@ void ViewCommand(uint32_t id) {
 void ExecuteCommand(uint32_t id) {
     CommandState.CommandPhase = PHASE_IDLE;
     int held = LogHoldOpen(1);
+    uint32_t row = WaveView.SelectRow, rows = WaveView.RowCount;
     RunCommand(id);
+    if (row != WaveView.SelectRow || rows != WaveView.RowCount) LeaveSelection();
     FinishCommand();
     LogHoldOpen(held);
 }
@@ -330,16 +345,9 @@ void FinishCommand() {
     bool edit = CommandState.CurrentCommand == COMMAND_EDIT_MODE;
     if (!edit) CommandState.CurrentCommand = COMMAND_QUERY_MODE;
     SetEditMode(edit);
+    RepaintChanged(false);
     LogEndAction();
     LogHoldOpen(held);
-}
-
-void SetEditMode(bool edit) {
-    CommandState.CursorMode = edit ? CURSOR_SELECT : CURSOR_QUERY;
-    DrawOverlay(false);
-    RunModeGesture();
-    if (PanesExist()) ShowCursorReadout();
-    DrawOverlay(true);
 }
 
 bool CommandIsBuilt(uint32_t id) {

@@ -37,7 +37,7 @@ bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *comman
     InitSelection();
     InitEditDialog();
     InitMouseGesture();
-    EndModeGesture();
+    InitModeGestures();
     PrepareApplication(commandLine);
     LoadKeys();
     if (!InitWavesInst(previous, show)) return false;

@@ -26,7 +26,7 @@ protected:
         InitHeadlessDialogs();
         InitCommands();
         InitMouseGesture();
-        EndModeGesture();
+        InitModeGestures();
         Headless.panesExist = true;
         DisplayOpen = 1;
     }

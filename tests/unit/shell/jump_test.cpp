@@ -22,7 +22,7 @@ protected:
         InitHeadlessDialogs();
         InitCommands();
         InitMouseGesture();
-        EndModeGesture();
+        InitModeGestures();
         Headless.panesExist = true;
         DisplayOpen = 1;
         WaveView.WavePaneWidth = 1000;

@@ -20,7 +20,7 @@ protected:
         FreshStore::SetUp();
         InitCommands();
         InitMouseGesture();
-        EndModeGesture();
+        InitModeGestures();
         Headless.panesExist = true;
         DisplayOpen = 1;
         WaveView.WavePaneWidth = 1000;
@@ -331,23 +331,6 @@ TEST_F(MouseGestures, RowsScrolledDownAreSelectedByTheirPlaceInTheList) {
     ScrollRowsTo(20, false);
     ClickName(3);
     EXPECT_EQ(Highlighted(), Rows{23});
-}
-
-TEST_F(MouseGestures, ShiftExtendsTheSelectionToTheRow) {
-    ShowRows(6);
-    ClickName(2);
-    ClickName(4, SHIFT);
-    EXPECT_EQ(Highlighted(), (Rows{2, 3, 4}));
-    ClickName(1, SHIFT);
-    EXPECT_EQ(Highlighted(), (Rows{1, 2}));
-    EXPECT_EQ(WaveView.SelectRow, 2u);
-    EXPECT_EQ(WaveView.SelectRowLast, 1u);
-}
-
-TEST_F(MouseGestures, ShiftWithoutASelectionSelectsTheRow) {
-    ShowRows(6);
-    ClickName(3, SHIFT);
-    EXPECT_EQ(Highlighted(), Rows{3});
 }
 
 TEST_F(MouseGestures, ControlAddsARowAndTakesItOut) {
