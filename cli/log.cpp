@@ -186,7 +186,8 @@ int PrintEntries(FILE *file, const std::string &name) {
 }
 
 int Log(const LogOptions &options) {
-    File file(fopen(options.log.c_str(), "rb"), fclose);
+    bool readable = CanAccessFile(options.log.c_str(), FileAccess::Read);
+    File file(readable ? fopen(options.log.c_str(), "rb") : nullptr, fclose);
     if (file) return PrintEntries(file.get(), options.log);
     PrintError(options.log, "cannot be read");
     return EXIT_BAD_USAGE;

@@ -9,7 +9,6 @@
 
 HWND PictureWindow;
 HDC PictureDC;
-HDC MemoryDC;
 
 namespace {
 
@@ -65,21 +64,6 @@ struct ClipRecord {
     HRGN region = nullptr;
 };
 ClipRecord Clip;
-
-// The bitmaps that are kept, each null until its first use.
-struct KeptRecord {
-    std::array<HBITMAP, KEPT_BITMAPS> bitmaps = {};
-    std::array<PixelSize, KEPT_BITMAPS> sizes = {};
-};
-KeptRecord Kept;
-
-// What the memory context has taken the place of.
-struct MemoryRecord {
-    HDC picture = nullptr;
-    SetRecord set;
-    HGDIOBJ bitmap = nullptr;
-};
-MemoryRecord Memory;
 
 COLORREF ColourRef(int colour) {
     uint32_t rgb = ColorTable[static_cast<size_t>(colour)];
@@ -146,26 +130,6 @@ void CopySaved(size_t slot, bool back) {
     SelectObject(Saved.context, before);
 }
 
-// Copies a rectangle of a bitmap to a point of the picture, or back.
-void CopyKept(KeptBitmap which, const PixelRect &inBitmap, PixelPoint onPanel, bool back) {
-    auto index = static_cast<size_t>(which);
-    PixelSize size = Kept.sizes[index];
-    int left = std::max(inBitmap.left, 0), right = std::min(inBitmap.right, size.width);
-    int top = std::max(inBitmap.top, 0), bottom = std::min(inBitmap.bottom, size.height);
-    if (!PictureDC || !Kept.bitmaps[index] || left >= right || top >= bottom) return;
-    int x = onPanel.x + left - inBitmap.left, y = onPanel.y + top - inBitmap.top;
-    HDC memory = CreateCompatibleDC(PictureDC);
-    if (!memory) return;
-    HGDIOBJ before = SelectObject(memory, Kept.bitmaps[index]);
-    if (back) {
-        BitBlt(PictureDC, x, y, right - left, bottom - top, memory, left, top, SRCCOPY);
-    } else {
-        BitBlt(memory, left, top, right - left, bottom - top, PictureDC, x, y, SRCCOPY);
-    }
-    SelectObject(memory, before);
-    DeleteDC(memory);
-}
-
 } // namespace
 
 void BeginPicture(Pane pane, HDC context) {
@@ -211,8 +175,6 @@ void ReleaseGraphicObjects() {
     DeleteAll(Objects.solidBrushes);
     DeleteAll(Objects.hatchBrushes);
     SurfaceDropSaved();
-    DeleteAll(Kept.bitmaps);
-    Kept = {};
 }
 
 void SurfaceSelect(Pane pane) {
@@ -331,48 +293,6 @@ void SurfaceInvert(const PixelRect &rect) {
     HGDIOBJ brush = SelectObject(PictureDC, GetStockObject(WHITE_BRUSH));
     PatBlt(PictureDC, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, PATINVERT);
     SelectObject(PictureDC, brush);
-}
-
-bool SurfaceKeepBitmap(KeptBitmap bitmap, PixelSize size) {
-    auto index = static_cast<size_t>(bitmap);
-    HBITMAP &kept = Kept.bitmaps[index];
-    PixelSize &had = Kept.sizes[index];
-    if (!PictureDC || size.width <= 0 || size.height <= 0) return false;
-    if (kept && had.width >= size.width && had.height >= size.height) return false;
-    had = {std::max(had.width, size.width), std::max(had.height, size.height)};
-    if (kept) DeleteObject(kept);
-    kept = CreateCompatibleBitmap(PictureDC, had.width, had.height);
-    return kept != nullptr;
-}
-
-void SurfaceCopyToBitmap(const PixelRect &from, KeptBitmap bitmap, PixelPoint to) {
-    PixelRect inBitmap = {to.x, to.y, to.x + from.right - from.left, to.y + from.bottom - from.top};
-    CopyKept(bitmap, inBitmap, {from.left, from.top}, false);
-}
-
-void SurfaceCopyFromBitmap(KeptBitmap bitmap, const PixelRect &from, PixelPoint to) {
-    CopyKept(bitmap, from, to, true);
-}
-
-// The memory context takes the picture's place, so that every drawing call finds it there.
-void SurfaceDrawToMemory(bool on) {
-    if (on && !MemoryDC) {
-        HBITMAP tail = Kept.bitmaps[static_cast<size_t>(KeptBitmap::Tail)];
-        MemoryDC = PictureDC && tail ? CreateCompatibleDC(PictureDC) : nullptr;
-        Memory = {PictureDC, Picture.set, MemoryDC ? SelectObject(MemoryDC, tail) : nullptr};
-        PictureDC = MemoryDC;
-        Picture.set = {};
-        PrepareContext();
-    } else if (!on) {
-        if (MemoryDC) {
-            SelectObject(MemoryDC, Memory.bitmap);
-            DeleteDC(MemoryDC);
-        }
-        MemoryDC = nullptr;
-        PictureDC = Memory.picture;
-        Picture.set = Memory.set;
-        Memory = {};
-    }
 }
 
 PixelSize SurfaceTextSize(const char *text) {

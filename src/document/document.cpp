@@ -186,8 +186,8 @@ void InitDocument() {
     ForceSaveAs = 0;
     WdlVersion = 4;
     InitEditLog();
-    InitReplay();
     InitShowSelection();
+    InitReplay();
     ExtendSpanHook = ExtendSpan;
 }
 

@@ -48,6 +48,7 @@ struct HeadlessState {
 
     // The screen and the panels.
     int32_t screenWidth = 1024, screenHeight = 768;
+    double screenMagnification = 1.0;
     int32_t paneWidth[4] = {0, 1000, 100, 1000};
     int32_t paneHeight[4] = {0, 34, 600, 600};
     bool panesExist = false;

@@ -64,7 +64,7 @@ int32_t FullScreenWidth() {
     return Headless.screenWidth;
 }
 double ScreenMagnification() {
-    return 1.0;
+    return Headless.screenMagnification;
 }
 
 bool OpenWindow() {

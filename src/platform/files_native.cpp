@@ -16,6 +16,7 @@ namespace fs = std::filesystem;
 const char PathSeparator = '/';
 const char *const TextLineEnd = "\n";
 bool (*StartProcessHook)(const char *commandLine) = nullptr;
+size_t (*WriteLimitHook)(size_t size) = nullptr;
 
 namespace {
 
@@ -110,7 +111,7 @@ int64_t ReadBytes(FileHandle file, void *buffer, size_t size) {
 }
 
 int64_t WriteBytes(FileHandle file, const void *bytes, size_t size) {
-    return write(static_cast<int>(file), bytes, size);
+    return write(static_cast<int>(file), bytes, WriteLimitHook ? WriteLimitHook(size) : size);
 }
 
 void CloseFile(FileHandle file) {

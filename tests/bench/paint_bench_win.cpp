@@ -91,28 +91,50 @@ void CloseMemory(const PaneMemory &memory) {
     DeleteDC(memory.context);
 }
 
-// The paint messages of the three panels, with the erase messages before them and the marks that lie over the
-// picture. They have been scheduled.
-void PaintScheduled() {
-    for (Pane pane : PANES) UpdatePane(pane);
+// The message that a panel has to answer when it has been scheduled for a paint, with the erase message
+// before it.
+void PaintScheduled(Pane pane) {
+    UpdatePane(pane);
     GdiFlush();
 }
 
-// The panels' own contexts, held all the time.
-std::array<HDC, PANES.size()> OwnContexts;
-
-void ReplayAll() {
-    for (size_t i = 0; i < PANES.size(); i++) {
-        PaneMemory memory = OpenMemory(OwnContexts[i], PANES[i]);
-        ReplayRecorded(PaneWindow(PANES[i]), OwnContexts[i], memory.context);
-        CloseMemory(memory);
-    }
-    GdiFlush();
+// A paint message that is answered with what was recorded, in memory like the program's, and nothing else.
+void ReplayPaint(HWND window) {
+    PAINTSTRUCT paint;
+    HDC context = BeginPaint(window, &paint);
+    PaneMemory memory = OpenMemory(context, static_cast<Pane>(GetWindowWord(window, 0)));
+    ReplayRecorded(window, context, memory.context);
+    CloseMemory(memory);
+    EndPaint(window, &paint);
 }
 
-std::vector<uint32_t> PixelsOf(HDC own, Pane pane) {
+LRESULT CALLBACK ReplayProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_ERASEBKGND) return 1;
+    if (message != WM_PAINT) return DefWindowProcA(window, message, wParam, lParam);
+    ReplayPaint(window);
+    return 0;
+}
+
+// Lets a panel answer with what was recorded for as long as this lives.
+class Replaying {
+public:
+    explicit Replaying(Pane pane)
+        : window(PaneWindow(pane)),
+          before(SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ReplayProc))) {}
+    ~Replaying() { SetWindowLongPtrA(window, GWLP_WNDPROC, before); }
+    Replaying(const Replaying &) = delete;
+    Replaying &operator=(const Replaying &) = delete;
+
+private:
+    HWND window;
+    LONG_PTR before;
+};
+
+// What a panel shows.
+std::vector<uint32_t> PixelsOf(Pane pane) {
     int32_t width = 0, height = 0;
     PaneClientSize(pane, width, height);
+    HDC own = GetDC(PaneWindow(pane));
     PaneMemory memory = OpenMemory(own, pane);
     BitBlt(memory.context, 0, 0, width, height, own, 0, 0, SRCCOPY);
     SelectObject(memory.context, memory.before);
@@ -121,40 +143,41 @@ std::vector<uint32_t> PixelsOf(HDC own, Pane pane) {
     form.bmiHeader = {sizeof form.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     GetDIBits(own, memory.bitmap, 0, static_cast<UINT>(height), pixels.data(), &form, DIB_RGB_COLORS);
     CloseMemory(memory);
+    ReleaseDC(PaneWindow(pane), own);
     return pixels;
 }
 
-// What the panels show beneath the marks.
-std::vector<uint32_t> Shown() {
-    std::vector<uint32_t> all;
-    for (size_t i = 0; i < PANES.size(); i++) {
-        std::vector<uint32_t> pixels = PixelsOf(OwnContexts[i], PANES[i]);
-        all.insert(all.end(), pixels.begin(), pixels.end());
-    }
-    return all;
+void Blacken(Pane pane) {
+    int32_t width = 0, height = 0;
+    PaneClientSize(pane, width, height);
+    HDC own = GetDC(PaneWindow(pane));
+    PatBlt(own, 0, 0, width, height, BLACKNESS);
+    ReleaseDC(PaneWindow(pane), own);
 }
 
 // A replay that shows something else than the paint would be no yardstick.
 bool ReplayShowsTheSame() {
+    // What lies over the picture is not part of it.
     EraseBegins(Pane::Wave);
-    std::vector<uint32_t> painted = Shown();
-    for (size_t i = 0; i < PANES.size(); i++) {
-        int32_t width = 0, height = 0;
-        PaneClientSize(PANES[i], width, height);
-        PatBlt(OwnContexts[i], 0, 0, width, height, BLACKNESS);
+    for (Pane pane : PANES) {
+        std::vector<uint32_t> painted = PixelsOf(pane);
+        Blacken(pane);
+        Replaying replaying(pane);
+        InvalidatePane(pane);
+        PaintScheduled(pane);
+        if (PixelsOf(pane) == painted) continue;
+        fprintf(stderr, "paint_bench: the replay shows something else than the paint\n");
+        return false;
     }
-    ReplayAll();
-    bool same = Shown() == painted;
-    if (!same) fprintf(stderr, "paint_bench: the replay shows something else than the paint\n");
-    return same;
+    return true;
 }
 
-template <class Work>
-double MicrosecondsOf(Work work) {
+double MicrosecondsOfPaint(Pane pane) {
     LARGE_INTEGER frequency, from, to;
+    InvalidatePane(pane);
     QueryPerformanceFrequency(&frequency);
     QueryPerformanceCounter(&from);
-    work();
+    PaintScheduled(pane);
     QueryPerformanceCounter(&to);
     return 1e6 * static_cast<double>(to.QuadPart - from.QuadPart) / static_cast<double>(frequency.QuadPart);
 }
@@ -167,23 +190,31 @@ void PrintFigures(double paint, double replay) {
            paint, replay, RecordedCalls());
 }
 
-// The least of many rounds, in which the two take turns: what else runs on the machine only adds.
-bool Measure() {
-    for (size_t i = 0; i < PANES.size(); i++) OwnContexts[i] = GetDC(PaneWindow(PANES[i]));
+void RecordPaint() {
     InvalidateAllPanes();
     StartRecording();
-    PaintScheduled();
+    for (Pane pane : PANES) PaintScheduled(pane);
     StopRecording();
-    bool same = ReplayShowsTheSame();
-    double paint = std::numeric_limits<double>::max(), replay = paint;
-    for (int i = 0; i < rounds; i++) {
-        InvalidateAllPanes();
-        paint = std::min(paint, MicrosecondsOf(PaintScheduled));
-        replay = std::min(replay, MicrosecondsOf(ReplayAll));
+}
+
+// The least of many rounds, in which the two take turns, for each panel by itself: what else runs on the
+// machine only adds.
+bool Measure() {
+    RecordPaint();
+    if (!ReplayShowsTheSame()) return false;
+    double paint = 0, replay = 0;
+    for (Pane pane : PANES) {
+        double leastPaint = std::numeric_limits<double>::max(), leastReplay = leastPaint;
+        for (int round = 0; round < rounds; round++) {
+            leastPaint = std::min(leastPaint, MicrosecondsOfPaint(pane));
+            Replaying replaying(pane);
+            leastReplay = std::min(leastReplay, MicrosecondsOfPaint(pane));
+        }
+        paint += leastPaint;
+        replay += leastReplay;
     }
-    for (size_t i = 0; i < PANES.size(); i++) ReleaseDC(PaneWindow(PANES[i]), OwnContexts[i]);
-    if (same) PrintFigures(paint, replay);
-    return same;
+    PrintFigures(paint, replay);
+    return true;
 }
 
 // A window that shows less than all rows would be another measurement.

@@ -2,6 +2,7 @@
 
 #include "display/rows.h"
 #include "display/wave_view.h"
+#include "edit/edit_dialog.h"
 #include "editlog/edit_log.h"
 #include "window/map_file.h"
 #include <cstddef>
@@ -30,6 +31,11 @@ std::vector<HWND> ChildrenOf(HWND window) {
     std::vector<HWND> children;
     EnumChildWindows(window, CollectWindow, reinterpret_cast<LPARAM>(&children));
     return children;
+}
+
+// The floating dialog of the edit mode, which is there most of the time, and asks nothing.
+bool IsEditDialog(HWND window) {
+    return GetDlgItem(window, EDIT_STATES) && GetDlgItem(window, EDIT_FOREVER);
 }
 
 bool IsPainted(HWND window) {
@@ -246,9 +252,16 @@ bool Editor::hasStrip(const std::string &text) const {
     return WaitFor([&] { return strip() && TextOf(strip()) == text; });
 }
 
+void Editor::moveEditDialogAway() const {
+    WaitFor([&] { return !running() || editDialog().window; }, 10);
+    SetWindowPos(editDialog().window, nullptr, GetSystemMetrics(SM_CXSCREEN) - 4,
+                 GetSystemMetrics(SM_CYSCREEN) - 4, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 bool Editor::open() {
     WaitFor([&] { return !running() || shownDialog() || (pane(3) && IsWindowVisible(pane(3))); });
     if (!running() || shownDialog() || !pane(3)) return false;
+    moveEditDialogAway();
     toFront();
     return painted();
 }
@@ -269,9 +282,16 @@ bool Editor::painted() const {
 std::vector<Dialog> Editor::dialogs() const {
     std::vector<Dialog> found;
     for (HWND window : windows())
-        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window))
+        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window) &&
+            !IsEditDialog(window))
             found.push_back({window});
     return found;
+}
+
+Dialog Editor::editDialog() const {
+    for (HWND window : windows())
+        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsEditDialog(window)) return {window};
+    return {};
 }
 
 HWND Editor::shownDialog() const {

@@ -63,6 +63,15 @@ TEST_F(Ruler, TicksStandAtLeastEightPixelsApart) {
     EXPECT_EQ(minorAt(-26), 1000000000u);
 }
 
+TEST_F(Ruler, OnAFinerScreenTicksStandAsFarApartToTheEye) {
+    Headless.screenMagnification = 2.0;
+    EXPECT_EQ(minorAt(4), 1u);
+    EXPECT_EQ(minorAt(3), 2u);
+    EXPECT_EQ(minorAt(0), 20u);
+    WaveView.Scale = 4;
+    EXPECT_EQ(ChooseRulerSteps().label, 20u); // a long tick every 160 pixels is half of what a label needs
+}
+
 TEST_F(Ruler, AScreenTooNarrowForTwoTicksEndsTheSearch) {
     Headless.screenWidth = 4;
     EXPECT_EQ(minorAt(-26), TIME_FOREVER);
