@@ -130,9 +130,13 @@ void InitDragPreview() {
 
 void DrawDragPreview(TimeVal time, uint32_t) {
     DragPreviewRecord &drag = DragPreview;
+    TimeVal before = drag.dragTime;
     drag.dragTime = EdgeAt(time);
     if (!PatternTable || !PatternInUse(drag.pattern)) return;
     Pattern *pattern = PatternFromId(drag.pattern);
+    pattern->setChanged(true);
+    // A movement of the mouse calls twice, and an edge on a coarse grid rarely moves.
+    if (!drag.firstCall && drag.dragTime == before && drag.rowsDrawn == RowsDrawn) return;
     SelectPicture(Pane::Wave);
     // A bitmap that had to be made in the middle of a drag begins like the drag.
     bool edgesMade = SurfaceKeepBitmap(KeptBitmap::Edges, {EDGES, WaveView.RowHeight});
@@ -143,8 +147,8 @@ void DrawDragPreview(TimeVal time, uint32_t) {
         drag.lowSaved = SaveEdge(at.low, LOW_EDGE);
         drag.highSaved = SaveEdge(at.high, HIGH_EDGE);
     }
-    pattern->setChanged(true);
     drag.firstCall = false;
+    drag.rowsDrawn = RowsDrawn;
     ClearSpan(at);
     DrawSpan(at);
 }

@@ -25,8 +25,9 @@ struct DragPreviewRecord {
     TimeVal dragTime;         // the snapped time where the edge stands now
     uint16_t dragRight;       // 1 for the right edge of the item
     bool lowSaved, highSaved; // the pixel column at the limit was in the pane when the drag began
+    uint32_t rowsDrawn;       // RowsDrawn when the preview was drawn last
 };
-// Filled by BeginDrag; DrawDragPreview writes `dragTime`, `firstCall`, `lowSaved` and `highSaved`.
+// Filled by BeginDrag up to `dragRight`; DrawDragPreview writes `firstCall`, `dragTime` and the rest.
 extern DragPreviewRecord DragPreview;
 // Puts the start values in place.
 void InitDragPreview();

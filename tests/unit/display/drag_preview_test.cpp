@@ -295,6 +295,7 @@ TEST_F(Dragging, LimitsLeftOfThePaneAreLeftAlone) {
     EXPECT_EQ(BitmapCalls().back(), "show edges " + column(1) + at(50));
     DragPreview.highLimit = 140;
     ForgetCalls();
+    RowsDrawn++;
     DrawDragPreview(160, 1);
     EXPECT_EQ(Drawn()[0], erased(-100, -10));
 }
@@ -307,6 +308,7 @@ TEST_F(Dragging, AColumnThatWasBesideThePaneIsNotPutBackIntoIt) {
     WaveView.ViewLeft = 0; // scrolled
     WaveView.WavePaneWidth = 1500;
     ForgetCalls();
+    RowsDrawn++;
     DrawDragPreview(120, 1);
     EXPECT_TRUE(BitmapCalls().empty());
 }
@@ -316,6 +318,7 @@ TEST_F(Dragging, ASavedColumnFollowsTheView) {
     DrawDragPreview(120, 1);
     WaveView.ViewLeft = 20;
     ForgetCalls();
+    RowsDrawn++;
     DrawDragPreview(120, 1);
     EXPECT_EQ(BitmapCalls(),
               (Texts{"show edges " + column(0) + at(30), "show edges " + column(1) + at(180)}));
@@ -357,6 +360,39 @@ TEST_F(Dragging, ThePatternCountsAsChanged) {
     EXPECT_FALSE(RowPattern(1)->changed());
     DrawDragPreview(121, 1); // not the first call alone
     EXPECT_TRUE(RowPattern(1)->changed());
+}
+
+TEST_F(Dragging, AnEdgeThatHasNotMovedIsNotDrawnAgain) {
+    begin(DRAG_LOW, DRAG_HIGH);
+    DragPreview.snapStep = 10;
+    DrawDragPreview(120, 1);
+    ForgetCalls();
+    DrawDragPreview(120, 1);
+    DrawDragPreview(124, 1); // the same place on the grid
+    EXPECT_TRUE(HeadlessSurface.calls.empty());
+    DrawDragPreview(125, 1);
+    EXPECT_FALSE(HeadlessSurface.calls.empty());
+}
+
+TEST_F(Dragging, AnEdgeIsDrawnAgainWhenItsRowWas) {
+    begin(DRAG_LOW, DRAG_HIGH);
+    DrawDragPreview(120, 1);
+    for (auto repaint : {+[] { PaintPane(Pane::Wave); }, +[] { RepaintRowsFrom(0); }, RepaintAllRows,
+                         +[] { RepaintChanged(false); }}) {
+        repaint();
+        ForgetCalls();
+        DrawDragPreview(120, 1);
+        EXPECT_EQ(Order(), "fcclll");
+        EXPECT_TRUE(RowPattern(1)->changed());
+    }
+}
+
+TEST_F(Dragging, TheFirstCallDrawsWhereverTheEdgeIs) {
+    begin(DRAG_LOW, DRAG_HIGH);
+    DragPreview.dragTime = 100;
+    DragPreview.rowsDrawn = RowsDrawn;
+    DrawDragPreview(100, 1);
+    EXPECT_EQ(Order(), "ssfcclll");
 }
 
 TEST_F(Dragging, TheWavesAreDrawnOn) {
@@ -437,6 +473,7 @@ TEST_F(Dragging, TheTailShowsTheClocksPhasesInAnyCase) {
     RowPattern(1)->setFormat(static_cast<uint32_t>(SignalFormat::RZ));
     RowPattern(1)->setClock(true);
     RowPattern(1)->period = 20;
+    Settings.ClockMultiplier = 1;
     Settings.ShowSyncActivity = false;
     auto segments = [&](TimeVal edge) {
         begin(DRAG_LOW, DRAG_TAIL);
@@ -445,9 +482,9 @@ TEST_F(Dragging, TheTailShowsTheClocksPhasesInAnyCase) {
         DrawDragPreview(edge, 1);
         return DrawnToMemory();
     };
-    Texts without = segments(0);
+    Texts without = segments(2000);
     Settings.ShowSyncActivity = true;
-    EXPECT_EQ(segments(0), without);
+    EXPECT_EQ(segments(2000), without);
     EXPECT_GT(without.size(), 4u);
 }
 
@@ -495,7 +532,7 @@ TEST_F(Dragging, BitmapsAreMadeAnewWhenTheScreenOrTheRowsHaveGrown) {
     EXPECT_EQ(BitmapCalls()[1], "memory"); // in the middle of the drag
     WaveView.RowHeight += 4;
     ForgetCalls();
-    DrawDragPreview(121, 1);
+    DrawDragPreview(122, 1);
     Texts calls = BitmapCalls();
     EXPECT_EQ(calls[0], "keep edges " + Rectangle({0, 0, 2, WaveView.RowHeight}));
     EXPECT_EQ(calls[1], "keep tail " + Rectangle({0, 0, 1600, WaveView.RowHeight}));
@@ -504,7 +541,7 @@ TEST_F(Dragging, BitmapsAreMadeAnewWhenTheScreenOrTheRowsHaveGrown) {
     Headless.screenWidth = 1024; // a smaller one has room
     WaveView.RowHeight -= 4;
     ForgetCalls();
-    DrawDragPreview(121, 1);
+    DrawDragPreview(123, 1);
     EXPECT_EQ(BitmapCalls().front().substr(0, 4), "show");
 }
 

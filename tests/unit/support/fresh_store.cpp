@@ -22,6 +22,7 @@
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
 #include "store/state_table.h"
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -140,6 +141,11 @@ std::string HeapFault() {
         if (PatternTable[id] == 0) continue;
         if (!seen.contains(static_cast<uint16_t>(id))) return "no record for id " + std::to_string(id);
         if (id > HighestPatternId) return "an id above the highest: " + std::to_string(id);
+        const Pattern *pattern = PatternFromId(id);
+        auto references = std::count_if(pattern->items(), pattern->items() + pattern->itemCount,
+                                        [](const PatternItem &item) { return item.isReference(); });
+        if (references != ReferenceItems(pattern))
+            return "references of " + std::to_string(id) + " miscounted";
     }
     return "";
 }
