@@ -33,11 +33,6 @@ std::vector<HWND> ChildrenOf(HWND window) {
     return children;
 }
 
-// The floating dialog of the edit mode, which is there most of the time, and asks nothing.
-bool IsEditDialog(HWND window) {
-    return GetDlgItem(window, EDIT_STATES) && GetDlgItem(window, EDIT_FOREVER);
-}
-
 bool IsPainted(HWND window) {
     return !GetUpdateRect(window, nullptr, FALSE);
 }
