@@ -3,19 +3,11 @@
 //
 //   paint_bench [--quick]
 #include "bench/call_recorder_win.h"
-#include "config/settings.h"
+#include "bench/drag_bench_win.h"
 #include "display/composition.h"
-#include "display/drag_preview.h"
-#include "display/mouse_place.h"
 #include "display/panes_win.h"
-#include "display/renderer.h"
-#include "display/row_table.h"
-#include "display/ruler_cursor.h"
-#include "display/surface_win.h"
 #include "display/viewport.h"
-#include "shell/commands.h"
 #include "shell/frame_win.h"
-#include "shell/view_gestures.h"
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -23,7 +15,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -182,25 +173,17 @@ bool ReplayShowsTheSame() {
     return true;
 }
 
-double MicrosecondsOf(const std::function<void()> &work) {
+double MicrosecondsOfPaint(Pane pane) {
     LARGE_INTEGER frequency, from, to;
+    InvalidatePane(pane);
     QueryPerformanceFrequency(&frequency);
     QueryPerformanceCounter(&from);
-    work();
+    PaintScheduled(pane);
     QueryPerformanceCounter(&to);
     return 1e6 * static_cast<double>(to.QuadPart - from.QuadPart) / static_cast<double>(frequency.QuadPart);
 }
 
-double MicrosecondsOfPaint(Pane pane) {
-    InvalidatePane(pane);
-    return MicrosecondsOf([pane] { PaintScheduled(pane); });
-}
-
-struct Figures {
-    double paint, replay, row, drag, tail;
-};
-
-void PrintFigures(const Figures &least) {
+void PrintFigures(double paint, double replay, const DragFigures &drags) {
     printf("{\"benchmarks\": [\n"
            "  {\"name\": \"window/paint\", \"cpu_time\": %.1f},\n"
            "  {\"name\": \"window/replay\", \"cpu_time\": %.1f, \"replayed\": %zu},\n"
@@ -208,69 +191,7 @@ void PrintFigures(const Figures &least) {
            "  {\"name\": \"window/drag\", \"cpu_time\": %.1f},\n"
            "  {\"name\": \"window/drag_tail\", \"cpu_time\": %.1f}\n"
            "]}\n",
-           least.paint, least.replay, RecordedCalls(), least.row, least.drag, least.tail);
-}
-
-// --- dragging an edge --------------------------------------------------------------------------------
-
-constexpr uint32_t DRAGGED_ROW = 22; // in the middle of the window, one of the nodes with many edges
-constexpr TimeVal DRAGGED_EDGE = 900;
-constexpr TimeVal DRAG_ROOM = 40;
-
-// As a press on the edge leaves it behind: between its neighbours, or with the tail behind it.
-void TakeEdge(uint16_t rightMode) {
-    DragPreview = {};
-    DragPreview.pattern = WaveRows[DRAGGED_ROW].PatternId;
-    DragPreview.edgeTime = DRAGGED_EDGE;
-    DragPreview.lowLimit = DRAGGED_EDGE - DRAG_ROOM;
-    DragPreview.highLimit = rightMode == DRAG_TAIL ? TIME_FOREVER : DRAGGED_EDGE + DRAG_ROOM;
-    DragPreview.snapStep = 1;
-    DragPreview.leftMode = DRAG_LOW;
-    DragPreview.rightMode = rightMode;
-    DragPreview.yBottom = static_cast<int32_t>(DRAGGED_ROW + 1) * WaveView.RowHeight - Settings.WaveGap - 1;
-    DragPreview.yTop = DragPreview.yBottom - WaveView.WaveHeight;
-    DragPreview.height = WaveView.WaveHeight + 5;
-    DragPreview.firstCall = true;
-    TrackRoutine = DrawDragPreview;
-    CommandState.CursorMode |= CURSOR_TRACK;
-}
-
-// What a movement of the mouse by a pixel takes, all that it does included: the marker in the ruler and the
-// edge that follows it.
-double MicrosecondsOfDrag(int32_t x) {
-    int32_t y = static_cast<int32_t>(DRAGGED_ROW) * WaveView.RowHeight + WaveView.RowHeight / 2;
-    return MicrosecondsOf([&] {
-        MouseMoved(Pane::Wave, x, y);
-        ReleasePicture("paint_bench");
-        GdiFlush();
-    });
-}
-
-double MicrosecondsOfRow() {
-    return MicrosecondsOf([] {
-        DrawRowWaves(DRAGGED_ROW);
-        ReleasePicture("paint_bench");
-        GdiFlush();
-    });
-}
-
-// A drag to and fro and a painting of the row by turns. A mouse that no edge follows would be another
-// measurement.
-bool MeasureDrag(uint16_t rightMode, double &row, double &drag) {
-    EraseBegins(Pane::Wave);
-    DrawRulerCursor(true);
-    TakeEdge(rightMode);
-    MicrosecondsOfDrag(DRAGGED_EDGE); // the first one makes the bitmaps
-    for (int i = 1; i <= rounds; i++) {
-        int32_t aside = i % static_cast<int32_t>(DRAG_ROOM);
-        drag = std::min(drag, MicrosecondsOfDrag(static_cast<int32_t>(DRAGGED_EDGE) + aside));
-        row = std::min(row, MicrosecondsOfRow());
-    }
-    bool followed = DragPreview.dragTime == Mouse.time && !DragPreview.firstCall;
-    if (!followed) fprintf(stderr, "paint_bench: the edge does not follow the mouse\n");
-    TrackRoutine = nullptr;
-    CommandState.CursorMode &= ~CURSOR_TRACK;
-    return followed;
+           paint, replay, RecordedCalls(), drags.row, drags.drag, drags.tail);
 }
 
 void RecordPaint() {
@@ -280,32 +201,26 @@ void RecordPaint() {
     StopRecording();
 }
 
-constexpr double NEVER = std::numeric_limits<double>::max();
-
 // The least of many rounds, in which the two take turns, for each panel by itself: what else runs on the
 // machine only adds.
-void MeasurePaint(Figures &least) {
-    for (Pane pane : PANES) {
-        double paint = NEVER, replay = NEVER;
-        for (int round = 0; round < rounds; round++) {
-            paint = std::min(paint, MicrosecondsOfPaint(pane));
-            Replaying replaying(pane);
-            replay = std::min(replay, MicrosecondsOfPaint(pane));
-        }
-        least.paint += paint;
-        least.replay += replay;
-    }
-}
-
 bool Measure() {
     RecordPaint();
     if (!ReplayShowsTheSame()) return false;
-    Figures least = {0, 0, NEVER, NEVER, NEVER};
-    MeasurePaint(least);
-    bool dragged = MeasureDrag(DRAG_HIGH, least.row, least.drag);
-    dragged = MeasureDrag(DRAG_TAIL, least.row, least.tail) && dragged;
-    if (dragged) PrintFigures(least);
-    return dragged;
+    double paint = 0, replay = 0;
+    for (Pane pane : PANES) {
+        double leastPaint = std::numeric_limits<double>::max(), leastReplay = leastPaint;
+        for (int round = 0; round < rounds; round++) {
+            leastPaint = std::min(leastPaint, MicrosecondsOfPaint(pane));
+            Replaying replaying(pane);
+            leastReplay = std::min(leastReplay, MicrosecondsOfPaint(pane));
+        }
+        paint += leastPaint;
+        replay += leastReplay;
+    }
+    DragFigures drags;
+    if (!MeasureDrags(rounds, drags)) return false;
+    PrintFigures(paint, replay, drags);
+    return true;
 }
 
 // A window that shows less than all rows would be another measurement.

@@ -54,6 +54,11 @@ bool HasInk(const Picture &picture) {
     return false;
 }
 
+// Only the floating dialog has these two together.
+bool IsEditDialog(HWND window) {
+    return GetDlgItem(window, EDIT_STATES) && GetDlgItem(window, EDIT_DURATION + EDIT_LABEL);
+}
+
 // Ends with the job every process in it, also those that the program started.
 HANDLE MakeJob() {
     HANDLE job = CreateJobObjectA(nullptr, nullptr);
@@ -252,16 +257,16 @@ bool Editor::hasStrip(const std::string &text) const {
     return WaitFor([&] { return strip() && TextOf(strip()) == text; });
 }
 
-void Editor::moveEditDialogAway() const {
-    WaitFor([&] { return !running() || editDialog().window; }, 10);
-    SetWindowPos(editDialog().window, nullptr, GetSystemMetrics(SM_CXSCREEN) - 4,
-                 GetSystemMetrics(SM_CYSCREEN) - 4, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-bool Editor::open() {
+bool Editor::open(bool keepEditDialog) {
     WaitFor([&] { return !running() || shownDialog() || (pane(3) && IsWindowVisible(pane(3))); });
     if (!running() || shownDialog() || !pane(3)) return false;
-    moveEditDialogAway();
+    const uint8_t *state = address("CommandState");
+    uint16_t inForce = 0;
+    WaitFor([&] { return readMemory(state, &inForce, sizeof inForce) && inForce != 0 && Answers(frame()); });
+    if (!keepEditDialog && shownEditDialog()) {
+        PostMessageA(shownEditDialog(), WM_CLOSE, 0, 0);
+        if (!editDialogGone()) return false;
+    }
     toFront();
     return painted();
 }
@@ -288,10 +293,23 @@ std::vector<Dialog> Editor::dialogs() const {
     return found;
 }
 
-Dialog Editor::editDialog() const {
+HWND Editor::shownEditDialog() const {
     for (HWND window : windows())
-        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsEditDialog(window)) return {window};
-    return {};
+        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsEditDialog(window)) return window;
+    return nullptr;
+}
+
+Dialog Editor::editDialog() const {
+    Dialog found;
+    WaitFor([&] {
+        found.window = shownEditDialog();
+        return found.window != nullptr || !running();
+    });
+    return found;
+}
+
+bool Editor::editDialogGone() const {
+    return WaitFor([&] { return shownEditDialog() == nullptr; });
 }
 
 HWND Editor::shownDialog() const {
