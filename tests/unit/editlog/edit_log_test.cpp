@@ -285,6 +285,39 @@ TEST_F(EditLogTest, ARefusedRecordStopsTheRedoAndDropsWhatFollows) {
     EXPECT_EQ(EditLog.Recording, 1);
 }
 
+TEST_F(EditLogTest, OnlyWhatTheLastRedoRefusedIsCutOff) {
+    action("one");
+    action("bad");
+    LogUndo();
+    RefusedText = "bad";
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_TRUE(LogCutRefused());
+    EXPECT_EQ(EditLog.rPtr, 16);
+    EXPECT_EQ(EditLog.rEofPtr, 16);
+    EXPECT_FALSE(LogCutRefused());
+    RefusedText = "";
+    action("bad");
+    LogUndo();
+    RefusedText = "bad";
+    EXPECT_EQ(LogRedo(), 0);
+    RefusedText = "";
+    LogRollback();
+    action("two");
+    LogUndo();
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_FALSE(LogCutRefused());
+}
+
+TEST_F(EditLogTest, ARedoFarIntoTheWindowWritesFirstWhatTheFileLacks) {
+    for (int i = 0; i < 10; i++) action(std::to_string(i), 12); // 24 bytes each
+    for (int i = 0; i < 9; i++) LogUndo();
+    for (int i = 0; i < 5; i++) LogRedo(); // the fifth begins at 120
+    EXPECT_EQ(file(), "");
+    LogRedo();
+    EXPECT_EQ(file().size(), 240U);
+    EXPECT_EQ(EditLog.rBase, 144 - 128);
+}
+
 TEST_F(EditLogTest, AFileThatCannotBeOpenedIsToldAndTheNameKept) {
     action("one");
     fs::remove(path);
