@@ -22,14 +22,17 @@ struct DragPreviewRecord {
     uint16_t leftMode, rightMode;
     int32_t yTop, yBottom, height; // pixels of the wave pane
     bool firstCall;
-    TimeVal dragTime;   // the snapped time where the edge stands now
-    uint16_t dragRight; // 1 for the right edge of the item
+    TimeVal dragTime;         // the snapped time where the edge stands now
+    uint16_t dragRight;       // 1 for the right edge of the item
+    bool lowSaved, highSaved; // the pixel column at the limit was in the pane when the drag began
+    uint32_t rowsDrawn;       // RowsDrawn when the preview was drawn last
 };
-// Filled by BeginDrag; `dragTime` and `firstCall` are written by DrawDragPreview.
+// Filled by BeginDrag up to `dragRight`; DrawDragPreview writes `firstCall`, `dragTime` and the rest.
 extern DragPreviewRecord DragPreview;
 // Puts the start values in place.
 void InitDragPreview();
 
 // The tracking routine while an edge is dragged: moves the edge to the mouse's time, as far as snap and
-// limits let it, and draws the row with it.
+// limits let it, and draws the row with it, from limit to limit. The row's pattern counts as changed then, so
+// that the next RepaintChanged draws the row as it is. Nothing is drawn for a pattern that is gone.
 void DrawDragPreview(TimeVal time, uint32_t row);

@@ -9,6 +9,7 @@
 
 HWND PictureWindow;
 HDC PictureDC;
+HDC MemoryDC;
 
 namespace {
 
@@ -64,6 +65,24 @@ struct ClipRecord {
     HRGN region = nullptr;
 };
 ClipRecord Clip;
+
+// The bitmaps that are kept, each selected into a context of its own; null until its first use. To select a
+// bitmap takes longer than all else that a drag does at a movement of the mouse.
+struct KeptRecord {
+    HDC context = nullptr;
+    HBITMAP bitmap = nullptr;
+    HGDIOBJ before = nullptr;
+    PixelSize size = {};
+};
+std::array<KeptRecord, KEPT_BITMAPS> Kept;
+
+// What the memory context has taken the place of.
+struct MemoryRecord {
+    bool on = false;
+    HDC picture = nullptr;
+    SetRecord set;
+};
+MemoryRecord Memory;
 
 COLORREF ColourRef(int colour) {
     uint32_t rgb = ColorTable[static_cast<size_t>(colour)];
@@ -130,6 +149,30 @@ void CopySaved(size_t slot, bool back) {
     SelectObject(Saved.context, before);
 }
 
+void DropKept(KeptRecord &kept) {
+    if (kept.bitmap) SelectObject(kept.context, kept.before);
+    if (kept.bitmap) DeleteObject(kept.bitmap);
+    if (kept.context) DeleteDC(kept.context);
+    kept = {};
+}
+
+// Copies a rectangle of a bitmap to a point of the picture, or back.
+void CopyKept(const KeptRecord &kept, const PixelRect &inBitmap, PixelPoint onPanel, bool back) {
+    int left = std::max(inBitmap.left, 0), right = std::min(inBitmap.right, kept.size.width);
+    int top = std::max(inBitmap.top, 0), bottom = std::min(inBitmap.bottom, kept.size.height);
+    if (!PictureDC || !kept.bitmap || left >= right || top >= bottom) return;
+    int x = onPanel.x + left - inBitmap.left, y = onPanel.y + top - inBitmap.top;
+    if (back) {
+        BitBlt(PictureDC, x, y, right - left, bottom - top, kept.context, left, top, SRCCOPY);
+    } else {
+        BitBlt(kept.context, left, top, right - left, bottom - top, PictureDC, x, y, SRCCOPY);
+    }
+}
+
+KeptRecord &KeptOf(KeptBitmap bitmap) {
+    return Kept[static_cast<size_t>(bitmap)];
+}
+
 } // namespace
 
 void BeginPicture(Pane pane, HDC context) {
@@ -168,6 +211,8 @@ HBRUSH SolidBrush(int colour) {
 }
 
 void ReleaseGraphicObjects() {
+    // They go first: what is selected cannot be deleted.
+    for (KeptRecord &kept : Kept) DropKept(kept);
     if (Objects.font) DeleteObject(Objects.font);
     Objects.font = nullptr;
     Measured = {};
@@ -293,6 +338,49 @@ void SurfaceInvert(const PixelRect &rect) {
     HGDIOBJ brush = SelectObject(PictureDC, GetStockObject(WHITE_BRUSH));
     PatBlt(PictureDC, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, PATINVERT);
     SelectObject(PictureDC, brush);
+}
+
+bool SurfaceKeepBitmap(KeptBitmap bitmap, PixelSize size) {
+    KeptRecord &kept = KeptOf(bitmap);
+    if (!PictureDC || size.width <= 0 || size.height <= 0) return false;
+    if (kept.size.width >= size.width && kept.size.height >= size.height) return false;
+    PixelSize grown = {std::max(kept.size.width, size.width), std::max(kept.size.height, size.height)};
+    DropKept(kept);
+    kept.context = CreateCompatibleDC(PictureDC);
+    if (kept.context) kept.bitmap = CreateCompatibleBitmap(PictureDC, grown.width, grown.height);
+    if (!kept.bitmap) {
+        DropKept(kept);
+        return false;
+    }
+    kept.before = SelectObject(kept.context, kept.bitmap);
+    kept.size = grown;
+    return true;
+}
+
+void SurfaceCopyToBitmap(const PixelRect &from, KeptBitmap bitmap, PixelPoint to) {
+    PixelRect inBitmap = {to.x, to.y, to.x + from.right - from.left, to.y + from.bottom - from.top};
+    CopyKept(KeptOf(bitmap), inBitmap, {from.left, from.top}, false);
+}
+
+void SurfaceCopyFromBitmap(KeptBitmap bitmap, const PixelRect &from, PixelPoint to) {
+    CopyKept(KeptOf(bitmap), from, to, true);
+}
+
+// The memory context takes the picture's place, so that every drawing call finds it there. Null, it lets them
+// do nothing.
+void SurfaceDrawToMemory(bool on) {
+    if (on == Memory.on) return;
+    if (on) {
+        Memory = {true, PictureDC, Picture.set};
+        PictureDC = MemoryDC = KeptOf(KeptBitmap::Tail).context;
+        Picture.set = {};
+        PrepareContext();
+    } else {
+        MemoryDC = nullptr;
+        PictureDC = Memory.picture;
+        Picture.set = Memory.set;
+        Memory = {};
+    }
 }
 
 PixelSize SurfaceTextSize(const char *text) {

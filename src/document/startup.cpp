@@ -3,6 +3,7 @@
 #include "config/paths.h"
 #include "config/settings.h"
 #include "display/composition.h"
+#include "display/drag_preview.h"
 #include "display/mouse_place.h"
 #include "display/overlay.h"
 #include "display/renderer.h"
@@ -49,6 +50,7 @@ void InitState() {
     InitWaveView();
     InitMouse();
     InitOverlay();
+    InitDragPreview();
     InitComposition();
     InitRulerCursor();
     InitDocument();

@@ -6,6 +6,7 @@
 #include "shell/edit_dialog_view.h"
 #include "shell/frame_win.h"
 #include "shell/reporting.h"
+#include <initializer_list>
 
 namespace {
 

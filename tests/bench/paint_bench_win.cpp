@@ -3,6 +3,7 @@
 //
 //   paint_bench [--quick]
 #include "bench/call_recorder_win.h"
+#include "bench/drag_bench_win.h"
 #include "display/composition.h"
 #include "display/panes_win.h"
 #include "display/viewport.h"
@@ -182,12 +183,15 @@ double MicrosecondsOfPaint(Pane pane) {
     return 1e6 * static_cast<double>(to.QuadPart - from.QuadPart) / static_cast<double>(frequency.QuadPart);
 }
 
-void PrintFigures(double paint, double replay) {
+void PrintFigures(double paint, double replay, const DragFigures &drags) {
     printf("{\"benchmarks\": [\n"
            "  {\"name\": \"window/paint\", \"cpu_time\": %.1f},\n"
-           "  {\"name\": \"window/replay\", \"cpu_time\": %.1f, \"replayed\": %zu}\n"
+           "  {\"name\": \"window/replay\", \"cpu_time\": %.1f, \"replayed\": %zu},\n"
+           "  {\"name\": \"window/row\", \"cpu_time\": %.1f},\n"
+           "  {\"name\": \"window/drag\", \"cpu_time\": %.1f},\n"
+           "  {\"name\": \"window/drag_tail\", \"cpu_time\": %.1f}\n"
            "]}\n",
-           paint, replay, RecordedCalls());
+           paint, replay, RecordedCalls(), drags.row, drags.drag, drags.tail);
 }
 
 void RecordPaint() {
@@ -213,7 +217,9 @@ bool Measure() {
         paint += leastPaint;
         replay += leastReplay;
     }
-    PrintFigures(paint, replay);
+    DragFigures drags;
+    if (!MeasureDrags(rounds, drags)) return false;
+    PrintFigures(paint, replay, drags);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "config/paths.h"
 #include "config/settings.h"
 #include "display/composition.h"
+#include "display/drag_preview.h"
 #include "display/mouse_place.h"
 #include "display/overlay.h"
 #include "display/rows.h"
@@ -11,7 +12,6 @@
 #include "document/document.h"
 #include "edit/clipboard.h"
 #include "edit/edit_dialog.h"
-#include "edit/selection.h"
 #include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "headless/clipboard.h"
@@ -22,6 +22,7 @@
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
 #include "store/state_table.h"
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -37,13 +38,13 @@ void FreshStore::SetUp() {
     InitWaveView();
     InitMouse();
     InitOverlay();
+    InitDragPreview();
     InitComposition();
     InitRulerCursor();
     InitDocument();
     InitHeadlessClipboard();
     InitHeadlessEditDialog();
     InitClipboard();
-    InitSelection();
     InitEditDialog();
     PendingMerge = 0;
     NameChars = {'[', ']', '_', '.'};
@@ -140,6 +141,11 @@ std::string HeapFault() {
         if (PatternTable[id] == 0) continue;
         if (!seen.contains(static_cast<uint16_t>(id))) return "no record for id " + std::to_string(id);
         if (id > HighestPatternId) return "an id above the highest: " + std::to_string(id);
+        const Pattern *pattern = PatternFromId(id);
+        auto references = std::count_if(pattern->items(), pattern->items() + pattern->itemCount,
+                                        [](const PatternItem &item) { return item.isReference(); });
+        if (references != ReferenceItems(pattern))
+            return "references of " + std::to_string(id) + " miscounted";
     }
     return "";
 }
