@@ -17,8 +17,7 @@ void OpenDialog(HWND dialog) {
     if (EditDialog.DialogX != 0 || EditDialog.DialogY != 0)
         SetWindowPos(dialog, nullptr, EditDialog.DialogX, EditDialog.DialogY, 0, 0,
                      SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    for (int id = EDIT_DURATION; id <= EDIT_REPEAT; id++)
-        LimitItemText(dialog, id, EDIT_TEXT_LENGTH);
+    for (int id = EDIT_DURATION; id <= EDIT_REPEAT; id++) LimitItemText(dialog, id, EDIT_TEXT_LENGTH);
     EditDialogOpened();
 }
 
