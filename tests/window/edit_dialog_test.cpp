@@ -105,7 +105,7 @@ TEST_F(EditDialogWindow, ValuesAreTypedAlongABusAsOneStep) {
     EXPECT_EQ(edit.text(EDIT_VALUE), "B1");
     clickAt(A, 50);
     ASSERT_TRUE(titleBecomes("Selected Bit Pulse = High"));
-    EXPECT_EQ(saved("B[7:0]"), "A0 300 B1 100");
+    EXPECT_EQ(saved("B[7:0]"), "a0 300 b1 100");
 }
 
 TEST_F(EditDialogWindow, F9InAFieldUndoesInTheDocument) {

@@ -83,7 +83,9 @@ void EditDriver::typeText(const std::string &text) const {
 void EditDriver::typeInto(int id, const std::string &text) const {
     HWND field = GetDlgItem(edit.window, id);
     edit.click(id);
+    // Until the button is up the mouse selects.
     ASSERT_TRUE(WaitFor([&] { return editor->focus() == field; }, 10));
+    ASSERT_TRUE(isDone() && HasCapture(field, false) && isDone());
     SendMessageA(field, EM_SETSEL, 0, -1);
     typeText(text);
     ASSERT_TRUE(fieldBecomes(id, text));
@@ -131,9 +133,4 @@ std::string EditDriver::saved(const std::string &node) const {
         if (c != ' ' || (!joined.empty() && joined.back() != ' ')) joined += c;
     while (!joined.empty() && joined.back() == ' ') joined.pop_back();
     return joined;
-}
-
-bool EditDriver::menuEnables(int command) const {
-    HMENU menu = GetMenu(editor->frame());
-    return menu && (GetMenuState(menu, static_cast<UINT>(command), MF_BYCOMMAND) & MF_GRAYED) == 0;
 }

@@ -30,7 +30,6 @@ protected:
     bool isEnabled(int id) const;
     // Saves by the command, and gives the statement of a node as the file has it, without blanks.
     std::string saved(const std::string &node) const;
-    bool menuEnables(int command) const;
 
     Dialog edit;
 };

@@ -22,7 +22,10 @@ protected:
                                     "B { Z In Default None 0 1 50 } = 0 100 $P #3 1 100;\n"
                                     "D[7:0] { Z In Default None 0 1 50 } = a5 100 3c 100 ff 100;\n");
         directory.write("edit.kel", "Wave A\nWave B\nWave D[7:0]\n");
-        open("edit");
+        open("edit", true);
+        // Out of the mouse's way.
+        SetWindowPos(editor->editDialog().window, nullptr, GetSystemMetrics(SM_CXSCREEN) - 4,
+                     GetSystemMetrics(SM_CYSCREEN) - 4, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
         ASSERT_TRUE(commandBecomes(COMMAND_EDIT_MODE));
         ASSERT_EQ(view().Scale, 0);
         ASSERT_EQ(view().ViewLeft, 0u);

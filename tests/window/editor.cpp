@@ -33,11 +33,6 @@ std::vector<HWND> ChildrenOf(HWND window) {
     return children;
 }
 
-// The floating dialog of the edit mode, which is there most of the time, and asks nothing.
-bool IsEditDialog(HWND window) {
-    return GetDlgItem(window, EDIT_STATES) && GetDlgItem(window, EDIT_FOREVER);
-}
-
 bool IsPainted(HWND window) {
     return !GetUpdateRect(window, nullptr, FALSE);
 }
@@ -287,8 +282,9 @@ bool Editor::painted() const {
 std::vector<Dialog> Editor::dialogs() const {
     std::vector<Dialog> found;
     for (HWND window : windows())
-        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window) &&
-            !IsEditDialog(window))
+        // In this order: one that is going is hidden before it loses its controls.
+        if (ClassOf(window) == "#32770" && !IsEditDialog(window) && IsWindowVisible(window) &&
+            IsWindowEnabled(window))
             found.push_back({window});
     return found;
 }

@@ -60,9 +60,6 @@ public:
     Dialog dialog(HWND before = nullptr) const;
     // Those that are there now, the topmost first.
     std::vector<Dialog> dialogs() const;
-    // The floating dialog of the edit mode; its window is null while it is closed. It is none of the others,
-    // and is moved to the corner of the screen when the program is opened.
-    Dialog editDialog() const;
     // Waits until no dialog is there.
     bool dialogGone() const;
     // Waits until the program has ended by itself, and gives its exit code.

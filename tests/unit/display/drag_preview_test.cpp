@@ -696,9 +696,11 @@ TEST_F(DraggedPixels, TheTailIsTheRowItselfMovedByTheDrag) {
             paint();
             BeginIn(row, edge, row == 5 ? DRAG_LOW : DRAG_BUS, DRAG_TAIL);
             DragPreview.lowLimit = 90;
+            std::vector<uint32_t> before = pixels();
             DrawDragPreview(edge, row);
             DrawDragPreview(edge + static_cast<TimeVal>(by), row);
             std::vector<uint32_t> dragged = pixels();
+            EXPECT_NE(dragged, before);
             WaveView.ViewLeft = 100 - static_cast<TimeVal>(by);
             paint();
             // At the edge itself the row has a vertical. At its end a value cut off by the pane stands in the
@@ -723,6 +725,7 @@ TEST_F(DraggedPixels, ATailLeavesWhatIsLeftOfItsLimitAndTheOtherRows) {
     PixelRect right = {170, DragPreview.yTop - 2, WIDTH, DragPreview.yTop - 2 + DragPreview.height};
     for (TimeVal time : {220u, 300u, 150u, 399u, 5000u, 171u}) {
         DrawDragPreview(time, 2);
+        EXPECT_NE(pixels(), before) << time;
         EXPECT_EQ(changedOutside(before, pixels(), right), "") << time;
     }
     RepaintChanged(false);
