@@ -113,7 +113,7 @@ void SelectInReference(const Pattern *pattern, const PatternItem &item, const Re
 void EndSpanAtReference(const Pattern *pattern, uint16_t index, TimeVal firstStart,
                         const ReferenceTimes &times) {
     SelFrame &frame = DeepestFrame();
-    bool before = Search.t2 - Search.run < times.one / 2;
+    bool before = Search.t2 - Search.run <= times.one / 2;
     Search.t2 = before ? Search.run : TimeAdd(Search.run, times.all);
     EditSelection.SelItems = static_cast<uint16_t>(index - frame.item + (before ? 0 : 1));
     frame.start = Search.t1;
