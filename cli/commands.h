@@ -13,3 +13,4 @@ void AddListing(CLI::App &program, int &status);
 void AddRender(CLI::App &program, int &status);
 void AddLog(CLI::App &program, int &status);
 void AddRecover(CLI::App &program, int &status);
+void AddEdit(CLI::App &program, int &status);

@@ -3,6 +3,7 @@
 #include "config/settings.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
+#include "dump.h"
 #include "load.h"
 #include "output.h"
 #include "store/pattern_store.h"
@@ -107,15 +108,19 @@ void PrintRows() {
 
 int Dump(const CommonOptions &options) {
     if (int status = LoadDocumentFile(options)) return status;
+    PrintDocument();
+    return EXIT_DONE;
+}
+
+} // namespace
+
+void PrintDocument() {
     printf("{\"settings\": %s", SettingsJson().dump().c_str());
     PrintTables();
     PrintPatterns();
     PrintRows();
     printf("}\n");
-    return EXIT_DONE;
 }
-
-} // namespace
 
 void AddDump(CLI::App &program, int &status) {
     auto options = std::make_shared<CommonOptions>();

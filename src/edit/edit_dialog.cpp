@@ -85,8 +85,8 @@ void ListStates(uint16_t tableIndex) {
 // The row of the selected value, as it is named: the last one for a value beyond the table.
 int32_t StateRowToShow() {
     if (EditSelection.SelKind != SEL_PULSE) return -1;
-    uint32_t rows = StateTableOrDefault(EditSelection.SelStateTable)->rowCount;
-    return static_cast<int32_t>(std::min(EditSelection.SelValue, rows - 1));
+    int32_t last = StateTableOrDefault(EditSelection.SelStateTable)->rowCount - 1;
+    return static_cast<int32_t>(std::min<int64_t>(EditSelection.SelValue, last));
 }
 
 void FillStates() {

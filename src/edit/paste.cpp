@@ -67,10 +67,17 @@ bool NameFits(const std::string &name) {
     return name.size() < NAME_SIZE && !FindPattern(name.c_str());
 }
 
+// A nested pattern is as wide as what it is nested in: a file does not tell its width, and writes its values
+// by it. The clipboard may stem from a wave of another width, where a plain delete came after the cut.
+uint32_t WidthOf(const LogRecord &record) {
+    const Pattern *target = Target();
+    return record.name.empty() && target ? target->width : record.width;
+}
+
 int PastePattern(const LogRecord &record) {
     bool widthFits = record.width >= 1 && record.width <= MAX_BUS_WIDTH;
     if (PasteMap.PasteDepth >= MAX_FRAMES || !widthFits || !NameFits(record.name)) return Misfit();
-    const Pattern *pattern = CreatePattern(0, record.name.c_str(), record.width);
+    const Pattern *pattern = CreatePattern(0, record.name.c_str(), WidthOf(record));
     if (!pattern) return 0;
     PasteMap.PasteDepth++;
     PasteMap.PasteOld[PasteMap.PasteDepth] = record.pattern;

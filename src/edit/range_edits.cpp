@@ -5,6 +5,7 @@
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
+#include <vector>
 
 namespace {
 
@@ -38,24 +39,39 @@ bool EndsWithForever(const Pattern *pattern) {
 }
 
 // A walk over the items from the last to the first: an item, its start, and its end.
-struct ItemPlace {
-    uint16_t index;
-    TimeVal start, end;
-
-    void moveTo(const Pattern *pattern, uint16_t item, TimeVal itemEnd) {
-        index = item;
-        end = itemEnd;
-        start = itemEnd - ItemLength(pattern->item(item));
+class ItemPlace {
+public:
+    explicit ItemPlace(const Pattern *pattern) {
+        uint64_t place = 0;
+        for (uint32_t i = 0; i < pattern->itemCount; i++) {
+            starts.push_back(place);
+            place += ItemLength(pattern->item(i));
+        }
+        end = place;
+        index = LastIndex(pattern);
+        start = starts[index];
     }
-    bool holds(TimeVal time) const { return time > start && time < end; }
+    void moveDown() {
+        end = start;
+        start = starts[--index];
+    }
+    bool holds(uint64_t place) const { return place > start && place < end; }
+
+    uint16_t index;
+    uint64_t start, end;
+
+private:
+    std::vector<uint64_t> starts;
 };
 
 // Cuts the data item in two at `time`, which lies inside it. Without room nothing is cut, and null is
 // returned.
-Pattern *CutItem(Pattern *pattern, const ItemPlace &place, TimeVal time) {
+Pattern *CutItem(Pattern *pattern, const ItemPlace &place, uint64_t time) {
     uint32_t value = pattern->item(place.index).value();
-    pattern = InsertTransition(pattern, After(place.index), value, place.end - time);
-    if (pattern) SetItemDuration(pattern, place.index, time - place.start);
+    auto first = static_cast<TimeVal>(time - place.start);
+    auto second = static_cast<TimeVal>(place.end - time);
+    pattern = InsertTransition(pattern, After(place.index), value, second);
+    if (pattern) SetItemDuration(pattern, place.index, first);
     return pattern;
 }
 
@@ -109,28 +125,29 @@ uint32_t NextValue(const Pattern *pattern, uint32_t value) {
 }
 
 Pattern *DeleteRange(Pattern *pattern, TimeVal from, TimeVal to) {
-    TimeVal end = CachedLength(pattern);
-    if (end == TIME_FOREVER && EndsWithForever(pattern)) {
+    if (CachedLength(pattern) == TIME_FOREVER && EndsWithForever(pattern)) {
         // The endless tail goes whole, and the range ends with what remains.
         RemoveItem(pattern, LastIndex(pattern));
-        end = ItemsDuration(pattern);
-        to = end;
-        if (to <= from) return pattern;
+        to = TIME_FOREVER;
+        TimeVal rest = ItemsDuration(pattern);
+        // Those that refer to the pattern do not know yet.
+        pattern->setDurationValid(false);
+        if (rest <= from) return pattern;
     }
     if (pattern->itemCount == 0) return pattern;
-    ItemPlace place = {};
-    place.moveTo(pattern, LastIndex(pattern), end);
-    while (to <= place.start && place.index > 0) place.moveTo(pattern, Before(place.index), place.start);
-    if (place.holds(to) && IsData(pattern, place.index)) {
-        Pattern *cut = CutItem(pattern, place, to);
+    ItemPlace place(pattern);
+    uint64_t behind = PlaceOfEnd(to);
+    while (behind <= place.start && place.index > 0) place.moveDown();
+    if (place.holds(behind) && IsData(pattern, place.index)) {
+        Pattern *cut = CutItem(pattern, place, behind);
         if (!cut) return PatternFromId(pattern->id);
         pattern = cut;
-        place.end = to;
+        place.end = behind;
     }
     while (place.start > from) {
         RemoveItem(pattern, place.index);
         if (place.index == 0) return pattern;
-        place.moveTo(pattern, Before(place.index), place.start);
+        place.moveDown();
     }
     if (place.start < from) {
         // A reference is taken out whole or not at all.

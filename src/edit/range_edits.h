@@ -12,6 +12,11 @@
 // An item's length in its pattern's units: of a reference the target's cached length times scale times
 // repeat, modulo 32 bits; "forever" counts as its number.
 TimeVal ItemLength(const PatternItem &item);
+// Places of items are counted in 64 bits from the pattern's start, as items may reach beyond the axis; a
+// stretch up to TIME_FOREVER holds these, too.
+constexpr uint64_t PlaceOfEnd(TimeVal to) {
+    return to == TIME_FOREVER ? UINT64_MAX : to;
+}
 // A value that differs from `value`: the next one of a bus, the other level of a bit.
 uint32_t NextValue(const Pattern *pattern, uint32_t value);
 

@@ -109,14 +109,14 @@ int FlattenTree(uint16_t id, uint32_t owners) {
 
 // What WrapRange makes of one item: its piece inside the stretch, and where the reference will stand.
 struct Stretch {
-    TimeVal from, to;
+    uint64_t from, to;
     uint16_t anchor;
 };
 
 // Takes the item at `index`, from `start` up to `end`, into the wrapper. False without room.
-bool WrapItem(uint16_t id, uint16_t wrapper, uint16_t index, TimeVal start, TimeVal end, Stretch &stretch) {
+bool WrapItem(uint16_t id, uint16_t wrapper, uint16_t index, uint64_t start, uint64_t end, Stretch &stretch) {
     const PatternItem item = PatternFromId(id)->item(index);
-    TimeVal cut = 0;
+    uint64_t cut = 0;
     if (!item.isReference()) {
         if (stretch.from > start) {
             cut = stretch.from - start;
@@ -125,15 +125,18 @@ bool WrapItem(uint16_t id, uint16_t wrapper, uint16_t index, TimeVal start, Time
         // The later cut replaces the earlier one: no span begins and ends in one data item.
         if (stretch.to < end) cut = end - stretch.to;
     }
-    return CopyPiece(wrapper, item, end - start - cut);
+    return CopyPiece(wrapper, item, static_cast<TimeVal>(end - start - cut));
 }
 
 // Copies the stretch into the wrapper. False without room.
 bool FillWrapper(uint16_t id, uint16_t wrapper, Stretch &stretch) {
-    TimeVal start = 0;
+    uint64_t start = 0;
     for (uint16_t index = 0; index < PatternFromId(id)->itemCount && start < stretch.to; index++) {
-        TimeVal end = start + ItemLength(PatternFromId(id)->item(index));
-        if (end <= stretch.from) {
+        const PatternItem &item = PatternFromId(id)->item(index);
+        uint64_t end = start + ItemLength(item);
+        // A reference is taken out whole or not at all.
+        bool before = end <= stretch.from || (item.isReference() && start < stretch.from);
+        if (before) {
             stretch.anchor = static_cast<uint16_t>(index + 1);
         } else if (!WrapItem(id, wrapper, index, start, end, stretch)) {
             return false;
@@ -152,7 +155,7 @@ Pattern *WrapRange(Pattern *pattern, TimeVal from, TimeVal to, uint32_t scale, u
     Pattern *made = CreatePattern(0, "", PatternFromId(id)->width);
     if (!made) return PatternFromId(id);
     uint16_t wrapper = made->id;
-    Stretch stretch = {from, to, 0};
+    Stretch stretch = {from, PlaceOfEnd(to), 0};
     bool good = FillWrapper(id, wrapper, stretch);
     if (good && WouldNestTooDeep(id, wrapper)) {
         UserError("Patterns are nested too deeply");

@@ -42,7 +42,7 @@ int32_t RecordBehind() {
     if (!whole && !AuxFill(1)) return 0;
     if (WindowHolds(EditLog.AuxPtr - WORD, WORD)) {
         uint32_t word = LogWordAt(At(EditLog.AuxPtr - WORD));
-        if (IsEntryLength(word, EditLog.AuxPtr)) {
+        if (IsEntryLength(word, std::min(EditLog.AuxPtr, MAX_ENTRY))) {
             auto length = static_cast<int32_t>(word);
             int32_t start = EditLog.AuxPtr - length;
             if (!WindowHolds(start, length) && !ReadWindow(start, length)) return 0;

@@ -121,6 +121,20 @@ int32_t Damaged() {
     return 0;
 }
 
+// Reads the entry from `start` on into the window unless that holds it; of one that is too long for the
+// window its beginning. 1, or 0 after a message.
+int LoadEntry(int32_t start, int32_t length) {
+    return WindowHolds(start, length) || ReadWindow(start, std::min(length, ENTRY_ROOM));
+}
+
+// The last word of an entry that has been loaded.
+bool EndsWith(int32_t start, int32_t length, uint32_t word) {
+    if (WindowHolds(start, length)) return LogWordAt(At(start + length - WORD)) == word;
+    uint8_t bytes[WORD];
+    return SeekFile(EditLog.LogHandle, start + length - WORD) &&
+           ReadBytes(EditLog.LogHandle, bytes, WORD) == WORD && LogWordAt(bytes) == word;
+}
+
 // True if the record behind the position lies wholly in the window. One that begins where the window does is
 // read anew, as long as there is a file to read.
 bool WindowHoldsRecordBehind() {
@@ -139,31 +153,47 @@ int32_t RecordBehind() {
     if (!IsEntryLength(word, EditLog.rPtr)) return Damaged();
     auto length = static_cast<int32_t>(word);
     int32_t start = EditLog.rPtr - length;
-    if (!WindowHolds(start, length) && !ReadWindow(start, length)) return 0;
+    if (!LoadEntry(start, length)) return 0;
     return LogWordAt(At(start)) == word ? length : Damaged();
+}
+
+// As LogFill(0) for the record of `length` bytes at the position, but reads nothing while the window holds
+// that.
+bool MoveWindowOn(int32_t length) {
+    if (EditLog.Dirty || !WindowHolds(EditLog.rPtr, length)) return LogFill(0);
+    int32_t passed = EditLog.rPtr - AHEAD - EditLog.rBase;
+    EditLog.rBase += passed;
+    EditLog.Held -= passed;
+    memmove(EditLog.Buffer, EditLog.Buffer + passed, static_cast<size_t>(EditLog.Held));
+    return true;
 }
 
 constexpr int32_t MARK_AHEAD = -1;
 
+// There is nothing to be replayed from here on.
+int32_t DamagedAhead() {
+    EditLog.rEofPtr = EditLog.rPtr;
+    return Damaged();
+}
+
 // The same for the record at the position, or MARK_AHEAD.
 int32_t RecordAhead() {
     int32_t rest = EditLog.rEofPtr - EditLog.rPtr;
-    if (rest < WORD) return Damaged();
+    if (rest < WORD) return DamagedAhead();
     if (!WindowHolds(EditLog.rPtr, WORD) && !LogFill(0)) return 0;
     uint32_t word = LogWordAt(At(EditLog.rPtr));
     if (word == ACTION_MARK) return MARK_AHEAD;
-    if (!IsEntryLength(word, rest)) return Damaged();
+    if (!IsEntryLength(word, rest)) return DamagedAhead();
     auto length = static_cast<int32_t>(word);
-    if (EditLog.rPtr - EditLog.rBase > AHEAD && HasFile() && !LogFill(0)) return 0;
-    if (!WindowHolds(EditLog.rPtr, length)) {
-        if (!LogFill(0)) return 0;
-        if (!WindowHolds(EditLog.rPtr, length) && !ReadWindow(EditLog.rPtr, length)) return 0;
-    }
-    return LogWordAt(At(EditLog.rPtr + length - WORD)) == word ? length : Damaged();
+    if (EditLog.rPtr - EditLog.rBase > AHEAD && HasFile() && !MoveWindowOn(length)) return 0;
+    if (!WindowHolds(EditLog.rPtr, length) && !LogFill(0)) return 0;
+    if (!LoadEntry(EditLog.rPtr, length)) return 0;
+    return EndsWith(EditLog.rPtr, length, word) ? length : DamagedAhead();
 }
 
 int Execute(int32_t start, int32_t length, int direction) {
-    std::span<const uint8_t> payload(At(start) + WORD, static_cast<size_t>(length - ENTRY_FRAME));
+    int32_t held = std::min(length - ENTRY_FRAME, EditLog.Held - (start - EditLog.rBase) - WORD);
+    std::span<const uint8_t> payload(At(start) + WORD, static_cast<size_t>(held));
     return ExecuteLogHook ? ExecuteLogHook(payload, direction, 0, 0, 0) : 0;
 }
 
@@ -172,13 +202,14 @@ int ReplayForward() {
     while (EditLog.rPtr < EditLog.rEofPtr) {
         int32_t length = RecordAhead();
         if (length == MARK_AHEAD) return 1;
+        if (length == 0) return 0;
         int32_t start = EditLog.rPtr;
         EditLog.rPtr += length;
         EditLog.Recording = 0;
-        if (length == 0 || !Execute(start, length, 0)) {
+        if (!Execute(start, length, 0)) {
             // What follows is dropped.
             EditLog.rEofPtr = EditLog.rPtr;
-            if (length != 0) EditLog.Refused = start;
+            EditLog.Refused = start;
             return 0;
         }
     }
@@ -194,7 +225,7 @@ uint32_t LogWordAt(const uint8_t *bytes) {
 }
 
 bool IsEntryLength(uint32_t length, int64_t room) {
-    return length >= ENTRY_FRAME && length % WORD == 0 && length <= MAX_ENTRY && length <= room;
+    return length >= ENTRY_FRAME && length % WORD == 0 && length <= room;
 }
 
 void InitEditLog() {

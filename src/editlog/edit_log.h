@@ -14,8 +14,9 @@
 // The window is this large: 1024 bytes behind the position and 128 ahead of it, or the other way round.
 // Small, so that undo of a recent action reads nothing and memory does not depend on the length of the run.
 constexpr int32_t BufLen = 1152;
-// The largest entry: a rename between two names as long as a pattern's record may be. An entry that is
-// larger than the window is held behind it, for as long as it is in use.
+// The largest entry that is recorded: a rename between two names as long as a pattern's record may be. An
+// entry that is larger than the window is held behind it, for as long as it is in use; of one in a file that
+// is larger than this its beginning is.
 constexpr int32_t MAX_ENTRY = 2 * 65536 + 32;
 constexpr int32_t ENTRY_ROOM = BufLen + MAX_ENTRY;
 

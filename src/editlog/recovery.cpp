@@ -25,6 +25,7 @@ Recovered RecoverFromLog() {
     }
     // The crash came in the midst of an action, or the file is damaged.
     if (!LogCutRefused()) LogRollback();
+    EditLog.rEofPtr = EditLog.rPtr;
     recovered.position = static_cast<uint32_t>(EditLog.rPtr);
     LogEndAction();
     FinishReplay();

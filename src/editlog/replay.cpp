@@ -163,11 +163,20 @@ Outcome DeleteRecordsPattern(const Replay &replay) {
     return Outcome::Done;
 }
 
-Outcome CreateRecordsPattern(const LogRecord &record) {
+// What a deletion leaves of a pattern's parameters before it removes the record. Where they were so already
+// there is no record of them, and a new pattern has others.
+void ResetParams(Pattern *pattern) {
+    SetPatternParams(pattern, 0, 0, 0, 1, 100, 0);
+}
+
+Outcome CreateRecordsPattern(const Replay &replay) {
+    const LogRecord &record = replay.record;
     if (record.pattern == 0 || record.pattern >= MAX_PATTERNS || PatternInUse(record.pattern)) {
         return Outcome::Misfit;
     }
-    if (!CreatePattern(record.pattern, record.name.c_str(), record.width)) return Outcome::Reported;
+    Pattern *pattern = CreatePattern(record.pattern, record.name.c_str(), record.width);
+    if (!pattern) return Outcome::Reported;
+    if (replay.backward) ResetParams(pattern);
     TellLists(record.name);
     return Outcome::Done;
 }
@@ -230,7 +239,7 @@ Outcome ReplayRecord(const LogRecord &record, bool backward) {
     if (record.kind >= FIRST_PAIR && backward) effectiveKind ^= 1;
     Replay replay = {record, backward};
     if (effectiveKind == RecTiming) return ReplayTiming(replay);
-    if (effectiveKind == RecCreatePattern) return CreateRecordsPattern(record);
+    if (effectiveKind == RecCreatePattern) return CreateRecordsPattern(replay);
     if (!PatternInUse(record.pattern)) return Outcome::Misfit;
     return ReplayOnPattern(replay, effectiveKind);
 }

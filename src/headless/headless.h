@@ -27,6 +27,7 @@ struct HeadlessState {
     std::vector<std::string> captions; // of the message boxes of both kinds
     std::vector<HeadlessAlert> alerts;
     std::vector<std::string> strips;  // texts of the error strip as shown; "" for a removal
+    std::string strip;                // the text that it shows now
     bool stripWasBusy = false;        // ErrorStripBusy when the strip was last shown or removed
     std::vector<std::string> prompts; // PromptText at each paint of the line
     int promptLayouts = 0;            // how often the line was put at its place before
@@ -66,3 +67,5 @@ struct HeadlessState {
 extern HeadlessState Headless;
 // Puts the start values in place. From then on StartProcess records instead of starting a program.
 void InitHeadless();
+// Empties the lists of what was shown and asked, which a long session would fill.
+void ForgetHeadlessRecord();

@@ -29,9 +29,10 @@ void ViewShowPrompt(bool layOut) {
 }
 
 void ViewShowStrip(const char *text) {
-    Headless.strips.emplace_back(text ? text : "");
+    Headless.strip = text ? text : "";
+    Headless.strips.push_back(Headless.strip);
     Headless.stripWasBusy = ErrorStripBusy;
-    Print(Headless.strips.back());
+    Print(Headless.strip);
 }
 
 void ViewMessageBox(MessageKind kind, const char *caption, const char *text) {

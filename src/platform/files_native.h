@@ -7,6 +7,6 @@
 // InitHeadless, so that no test opens an editor.
 extern bool (*StartProcessHook)(const char *commandLine);
 
-// Asked before each WriteBytes how many of its `size` bytes are written; null, the start value, writes all. For tests
-// of what a crash or a full disk leaves. Written by whoever installs one.
+// Asked before each WriteBytes how many of its `size` bytes are written; null, the start value, writes all.
+// For tests of what a crash or a full disk leaves. Written by whoever installs one.
 extern size_t (*WriteLimitHook)(size_t size);

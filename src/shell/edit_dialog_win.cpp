@@ -6,6 +6,7 @@
 #include "shell/edit_dialog_view.h"
 #include "shell/frame_win.h"
 #include "shell/reporting.h"
+#include <initializer_list>
 
 namespace {
 
@@ -16,7 +17,7 @@ void OpenDialog(HWND dialog) {
     if (EditDialog.DialogX != 0 || EditDialog.DialogY != 0)
         SetWindowPos(dialog, nullptr, EditDialog.DialogX, EditDialog.DialogY, 0, 0,
                      SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    for (uint16_t id : {EDIT_DURATION, EDIT_VALUE, EDIT_SCALE, EDIT_REPEAT})
+    for (int id = EDIT_DURATION; id <= EDIT_REPEAT; id++)
         LimitItemText(dialog, id, EDIT_TEXT_LENGTH);
     EditDialogOpened();
 }

@@ -5,6 +5,7 @@
 #include "document/startup.h"
 #include "edit/clipboard.h"
 #include "edit/edit_dialog.h"
+#include "editlog/edit_log.h"
 #include "shell/commands.h"
 #include "shell/edit_dialog_win.h"
 #include "shell/frame.h"
@@ -13,6 +14,7 @@
 #include "shell/mouse_gesture.h"
 #include "shell/reporting.h"
 #include <commctrl.h>
+#include <cstdlib>
 
 HINSTANCE Instance = nullptr;
 
@@ -37,6 +39,7 @@ bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *comman
     InitMouseGesture();
     InitModeGestures();
     PrepareApplication(commandLine);
+    atexit(LogDeleteFile);
     LoadKeys();
     if (!InitWavesInst(previous, show)) return false;
     ReadHelpDirectory();

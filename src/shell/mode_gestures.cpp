@@ -122,6 +122,11 @@ void SelectTime(TimeVal start, TimeVal end) {
     WaveView.SelectEnd = end;
 }
 
+// The range begins at the end of the wave, wherever the press was, and follows the mouse once that moves.
+void TrackBehindEnd(TimeVal time, uint32_t row) {
+    TrackSelect(time == Press.LastPressTime ? WaveView.SelectStart : time, row);
+}
+
 // At the end of the wave, or behind it: the end is selected, until a drag makes the wave longer.
 void PressBehindEnd(Pattern *pattern) {
     TimeVal total = PatternDuration(pattern);
@@ -130,7 +135,7 @@ void PressBehindEnd(Pattern *pattern) {
     WaveView.CursorTime = total;
     WaveView.SelectActive = true;
     SelectRange(pattern, total, total, Settings.ShowPatternWaveforms, 1);
-    Begin(State::TimeRange, TrackSelect);
+    Begin(State::TimeRange, TrackBehindEnd);
 }
 
 // A press with something selected in the row: what it is in the middle of, or Idle for a new selection.

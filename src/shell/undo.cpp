@@ -1,6 +1,7 @@
 #include "shell/undo.h"
 
 #include "display/composition.h"
+#include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "editlog/replay.h"
 #include "shell/command_state.h"
@@ -12,6 +13,8 @@ namespace {
 
 // The result of `step` is not looked at: whatever the replay reached is what is shown.
 void Replay(int (*step)()) {
+    // What waits to be merged may just be undone; a merge would end what can be redone.
+    PendingMerge = 0;
     step();
     FinishReplay();
     ValidateDurations();

@@ -2,6 +2,7 @@
 
 #include "display/rows.h"
 #include "display/wave_view.h"
+#include "edit/edit_dialog.h"
 #include "editlog/edit_log.h"
 #include "window/map_file.h"
 #include <cstddef>
@@ -46,6 +47,11 @@ bool HasInk(const Picture &picture) {
     for (uint32_t pixel : picture.pixels)
         if (pixel != picture.pixels[0]) return true;
     return false;
+}
+
+// Only the floating dialog has these two together.
+bool IsEditDialog(HWND window) {
+    return GetDlgItem(window, EDIT_STATES) && GetDlgItem(window, EDIT_DURATION + EDIT_LABEL);
 }
 
 // Ends with the job every process in it, also those that the program started.
@@ -246,9 +252,16 @@ bool Editor::hasStrip(const std::string &text) const {
     return WaitFor([&] { return strip() && TextOf(strip()) == text; });
 }
 
-bool Editor::open() {
+bool Editor::open(bool keepEditDialog) {
     WaitFor([&] { return !running() || shownDialog() || (pane(3) && IsWindowVisible(pane(3))); });
     if (!running() || shownDialog() || !pane(3)) return false;
+    const uint8_t *state = address("CommandState");
+    uint16_t inForce = 0;
+    WaitFor([&] { return readMemory(state, &inForce, sizeof inForce) && inForce != 0 && Answers(frame()); });
+    if (!keepEditDialog && shownEditDialog()) {
+        PostMessageA(shownEditDialog(), WM_CLOSE, 0, 0);
+        if (!editDialogGone()) return false;
+    }
     toFront();
     return painted();
 }
@@ -269,9 +282,30 @@ bool Editor::painted() const {
 std::vector<Dialog> Editor::dialogs() const {
     std::vector<Dialog> found;
     for (HWND window : windows())
-        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window))
+        // In this order: one that is going is hidden before it loses its controls.
+        if (ClassOf(window) == "#32770" && !IsEditDialog(window) && IsWindowVisible(window) &&
+            IsWindowEnabled(window))
             found.push_back({window});
     return found;
+}
+
+HWND Editor::shownEditDialog() const {
+    for (HWND window : windows())
+        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsEditDialog(window)) return window;
+    return nullptr;
+}
+
+Dialog Editor::editDialog() const {
+    Dialog found;
+    WaitFor([&] {
+        found.window = shownEditDialog();
+        return found.window != nullptr || !running();
+    });
+    return found;
+}
+
+bool Editor::editDialogGone() const {
+    return WaitFor([&] { return shownEditDialog() == nullptr; });
 }
 
 HWND Editor::shownDialog() const {

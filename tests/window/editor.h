@@ -48,8 +48,14 @@ public:
     Editor(const Editor &) = delete;
     Editor &operator=(const Editor &) = delete;
 
-    // Waits until the main window and the panels stand and are painted; false if they do not come.
-    bool open();
+    // Waits until the main window and the panels stand, the first command has run, and all is painted; false
+    // if they do not come. The floating dialog, which would lie over the panels, is closed, unless it is
+    // wanted.
+    bool open(bool keepEditDialog = false);
+    // Waits for the floating dialog of Edit mode; its window is null if it does not come. No other call that
+    // speaks of dialogs means this one.
+    Dialog editDialog() const;
+    bool editDialogGone() const;
     // Waits for a dialog other than `before`; its window is null if none comes.
     Dialog dialog(HWND before = nullptr) const;
     // Those that are there now, the topmost first.
@@ -102,6 +108,7 @@ public:
 private:
     std::vector<HWND> windows() const;
     HWND shownDialog() const;
+    HWND shownEditDialog() const;
     void *plant(const std::string &bytes, DWORD protection) const;
     HANDLE job = nullptr;
     HANDLE process = nullptr;

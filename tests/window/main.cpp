@@ -4,8 +4,8 @@
 //   window_tests [--program=KELVANE.EXE] [--config=DIRECTORY] [--scene=SCENE] --picture=OUT.png FILE
 //
 // The picture shows the program with its start settings, or with a copy of those in DIRECTORY. A SCENE is
-// "readout", the main window with the cursor on a bus and the mark before it, or "hierarchy", the window that
-// lists what a wave is made of.
+// "readout", the main window with the cursor on a bus and the mark before it, "hierarchy", the window that
+// lists what a wave is made of, or "selected", the main window with a bus value selected.
 
 #include "shell/command_ids.h"
 #include "window/editor.h"
@@ -49,6 +49,7 @@ HWND Arrange(const Editor &editor, const std::string &scene) {
     constexpr int WAVES = 3, NAMES = 2;
     if (scene == "readout") {
         constexpr int BUS = 7; // of examples/formats.wdl
+        editor.command(COMMAND_QUERY_MODE);
         ClickRow(editor, WAVES, BUS, 0.12);
         editor.command(COMMAND_PLACE_MARK);
         ClickRow(editor, WAVES, BUS, 0.3);
@@ -57,6 +58,9 @@ HWND Arrange(const Editor &editor, const std::string &scene) {
         ClickRow(editor, NAMES, MOSI, 0.5);
         editor.command(COMMAND_SHOW_WAVEFORM_DATA);
         return editor.dialog().window;
+    } else if (scene == "selected") {
+        constexpr int COUNT = 7; // of examples/clock.wdl
+        ClickRow(editor, WAVES, COUNT, 0.2);
     } else if (!scene.empty()) {
         return nullptr;
     }

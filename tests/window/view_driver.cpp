@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-void ViewDriver::open(const std::string &name) {
+void ViewDriver::open(const std::string &name, bool keepEditDialog) {
     directory.write("config\\Kelvane.ini", "[windows]\r\nMain-Pos=0,0,900,480\r\n");
     editor = std::make_unique<Editor>(directory, name + ".wdl");
-    ASSERT_TRUE(editor->open());
+    ASSERT_TRUE(editor->open(keepEditDialog));
 }
 
 void ViewDriver::openManyRows() {

@@ -11,7 +11,7 @@
 class ViewDriver : public testing::Test {
 protected:
     // Opens NAME.wdl of the directory in a main window of 900 by 480.
-    void open(const std::string &name);
+    void open(const std::string &name, bool keepEditDialog = false);
     // A document of 40 rows and 400,000 time units.
     void openManyRows();
 

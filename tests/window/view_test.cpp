@@ -134,7 +134,9 @@ TEST_F(Viewing, TheRightButtonEndsAViewCommand) {
 
 // --- the cursor, rows and the mark ----------------------------------------------------------------
 
-TEST_F(Viewing, AClickMovesTheCursorAndSelectsTheRow) {
+TEST_F(Viewing, AClickInQueryModeMovesTheCursorAndSelectsTheRow) {
+    PressKey(VK_F2);
+    ASSERT_TRUE(commandBecomes(COMMAND_QUERY_MODE));
     click(300, rowMiddle(2));
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRow == 2 && now.CursorTime > 0; }));
     TimeVal exact = 300u << -view().Scale;
@@ -143,15 +145,13 @@ TEST_F(Viewing, AClickMovesTheCursorAndSelectsTheRow) {
     editor->shoot("cursor-and-row");
 }
 
-TEST_F(Viewing, ClicksOnNamesSelectRowsAndShiftExtends) {
-    click(20, rowMiddle(1), 2);
-    EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRow == 1; }));
-    // A move would tell the system which keys are really held.
+TEST_F(Viewing, AClickOnANameSelectsTheRowAndADragTheRowsBetween) {
+    click(20, rowMiddle(2), 2);
+    EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRow == 2; }));
+    moveTo(2, 20, rowMiddle(1));
+    press(2);
     moveTo(2, 20, rowMiddle(4));
-    SendKey(VK_SHIFT, 0);
-    PressButton(true);
-    PressButton(false);
-    SendKey(VK_SHIFT, KEYEVENTF_KEYUP);
+    release(2);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRowLast == 4; }));
     EXPECT_EQ(view().SelectRow, 1u);
     EXPECT_TRUE(editor->painted());

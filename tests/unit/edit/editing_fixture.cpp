@@ -19,7 +19,7 @@ void EditingFixture::SetUp() {
     InitHeadlessSurface();
     InitCommands();
     InitMouseGesture();
-    EndModeGesture();
+    InitModeGestures();
     snprintf(EditLog.LogFileName, sizeof EditLog.LogFileName, "%s",
              scratch.write("document._KL", "").c_str());
     Headless.panesExist = true;

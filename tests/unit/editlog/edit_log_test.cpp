@@ -215,6 +215,22 @@ TEST_F(EditLogTest, AForwardWindowHasThePositionAt128) {
     EXPECT_EQ(EditLog.Held, BufLen);
 }
 
+TEST_F(EditLogTest, ARedoMovesTheWindowOnWithEachRecordAndReadsOnlyWhatItLacks) {
+    for (int i = 0; i < 100; i++) action(std::to_string(i), 12); // 24 bytes each
+    for (int i = 0; i < 100; i++) LogUndo();
+    Notes.clear();
+    for (int i = 0; i < 40; i++) {
+        int32_t start = EditLog.rPtr;
+        LogCloseFile();
+        ASSERT_EQ(LogRedo(), 1);
+        EXPECT_EQ(EditLog.rBase, start > 128 ? start - 128 : 0) << i;
+        // The first window reaches to 1,152.
+        EXPECT_TRUE(EditLog.LogHandle == NO_FILE || i == 0 || start + 24 > 1152) << i;
+    }
+    EXPECT_EQ(Notes.size(), 40U);
+    EXPECT_EQ(Notes.back().text, "39");
+}
+
 TEST_F(EditLogTest, LongLogsAreWalkedAcrossManyWindows) {
     Texts all;
     for (int i = 0; i < 500; i++) {
@@ -267,6 +283,39 @@ TEST_F(EditLogTest, ARefusedRecordStopsTheRedoAndDropsWhatFollows) {
     EXPECT_EQ(EditLog.rPtr, behind);
     EXPECT_EQ(EditLog.rEofPtr, behind);
     EXPECT_EQ(EditLog.Recording, 1);
+}
+
+TEST_F(EditLogTest, OnlyWhatTheLastRedoRefusedIsCutOff) {
+    action("one");
+    action("bad");
+    LogUndo();
+    RefusedText = "bad";
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_TRUE(LogCutRefused());
+    EXPECT_EQ(EditLog.rPtr, 16);
+    EXPECT_EQ(EditLog.rEofPtr, 16);
+    EXPECT_FALSE(LogCutRefused());
+    RefusedText = "";
+    action("bad");
+    LogUndo();
+    RefusedText = "bad";
+    EXPECT_EQ(LogRedo(), 0);
+    RefusedText = "";
+    LogRollback();
+    action("two");
+    LogUndo();
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_FALSE(LogCutRefused());
+}
+
+TEST_F(EditLogTest, ARedoFarIntoTheWindowWritesFirstWhatTheFileLacks) {
+    for (int i = 0; i < 10; i++) action(std::to_string(i), 12); // 24 bytes each
+    for (int i = 0; i < 9; i++) LogUndo();
+    for (int i = 0; i < 5; i++) LogRedo(); // the fifth begins at 120
+    EXPECT_EQ(file(), "");
+    LogRedo();
+    EXPECT_EQ(file().size(), 240U);
+    EXPECT_EQ(EditLog.rBase, 144 - 128);
 }
 
 TEST_F(EditLogTest, AFileThatCannotBeOpenedIsToldAndTheNameKept) {
@@ -369,6 +418,42 @@ INSTANTIATE_TEST_SUITE_P(Frames, DamagedLog,
                                          Word(12) + Word(0) + Word(16), Word(16) + Word(0) + Word(12),
                                          Word(0x7FFFFFFC), Word(0xFFFFFFFE), Word(0x80000000),
                                          Word(100000) + Word(100000)));
+
+TEST_F(EditLogTest, AnEntryThatIsLongerThanAnyRecordIsReplayedByItsBeginning) {
+    std::string padded = "long" + std::string(300000, '\0');
+    std::string entry = Word(300012) + padded + Word(300012);
+    installFile(Entry("one") + MARK + entry + MARK + Entry("two") + MARK, false);
+    for (int i = 0; i < 3; i++) EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"one", "long", "two"}));
+    for (int i = 0; i < 3; i++) EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two", "-long", "-one"}));
+    EXPECT_TRUE(Headless.userErrors.empty());
+    installFile(entry.substr(0, 300008) + Word(12) + MARK, false);
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_EQ(replayed(), Texts{});
+}
+
+TEST_F(EditLogTest, AFailedReadEndsARedoAndDropsNothing) {
+    for (int i = 0; i < 100; i++) action(std::to_string(i), 12);
+    for (int i = 0; i < 100; i++) LogUndo();
+    LogFlush();
+    LogCloseFile();
+    Notes.clear();
+    int32_t end = EditLog.rEofPtr;
+    std::string whole = file();
+    fs::resize_file(path, 1300);
+    int redone = 0;
+    while (redone < 100 && LogRedo()) redone++;
+    EXPECT_GT(redone, 20);
+    EXPECT_LT(redone, 100);
+    EXPECT_EQ(EditLog.rEofPtr, end);
+    EXPECT_EQ(EditLog.Recording, 1);
+    LogCloseFile();
+    scratch.write("document._KL", whole);
+    while (redone < 100 && LogRedo()) redone++;
+    EXPECT_EQ(redone, 100);
+    EXPECT_EQ(Notes.size(), 100U);
+}
 
 TEST_F(EditLogTest, ARestTooShortForAWordEndsTheRedo) {
     installFile(Entry("one") + MARK + "abc", false);

@@ -546,6 +546,15 @@ TEST_F(ReplayTest, ChangedNamesAndPinTypesReachTheNameColumn) {
     EXPECT_EQ(Headless.invalidated.size(), 2U);
 }
 
+TEST_F(ReplayTest, WhileADocumentIsReadThereIsNoNameColumn) {
+    DisplayOpen = 0;
+    Headless.panesExist = true;
+    Execute(Recorded([&] { LogRename(node, "NODE", "OTHER"); }), FORWARD);
+    Execute(Recorded([] { LogTiming(48, 48, 1, 1, 5, 6); }), FORWARD);
+    FinishReplay();
+    EXPECT_TRUE(Headless.invalidated.empty());
+}
+
 TEST_F(ReplayTest, NothingIsRecordedByAReplay) {
     Execute(Recorded([&] { LogTransition(1, node, 0, 77, 4); }), FORWARD);
     EXPECT_EQ(EditLog.rPtr, 0);

@@ -4,6 +4,7 @@
 #include "display/viewport.h"
 #include "document/document.h"
 #include "editlog/edit_log.h"
+#include "editlog/log_records.h"
 #include "headless/dialogs.h"
 #include "headless/headless.h"
 #include "headless/surface_cairo.h"
@@ -180,6 +181,18 @@ TEST_F(UndoTest, ShowsWhatAStoppedReplayHasReached) {
     SetPatternDelay(PatternFromId(node), 9);
     LogEndAction();
     EXPECT_EQ(EditLog.Recording, 1);
+}
+
+TEST_F(UndoTest, LeavesNoReferenceThatNamesNothing) {
+    // As if the log and the document were not in step.
+    uint16_t extra = MakePattern("EXTRA", {{0, 5}});
+    LogPattern(1, part, 1, "$part");
+    LogEndAction();
+    DispatchCommand(COMMAND_UNDO);
+    EXPECT_FALSE(PatternInUse(part));
+    EXPECT_EQ(PatternFromId(node)->itemCount, 2);
+    EXPECT_EQ(PatternFromId(node)->duration, 30U);
+    EXPECT_TRUE(PatternInUse(extra));
 }
 
 int refreshes;

@@ -12,7 +12,6 @@
 #include "document/document.h"
 #include "edit/clipboard.h"
 #include "edit/edit_dialog.h"
-#include "edit/selection.h"
 #include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "headless/clipboard.h"
@@ -46,7 +45,6 @@ void FreshStore::SetUp() {
     InitHeadlessClipboard();
     InitHeadlessEditDialog();
     InitClipboard();
-    InitSelection();
     InitEditDialog();
     PendingMerge = 0;
     NameChars = {'[', ']', '_', '.'};
