@@ -1,9 +1,9 @@
 // dump: the whole document as one JSON object.
+#include "dump.h"
 #include "commands.h"
 #include "config/settings.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
-#include "dump.h"
 #include "load.h"
 #include "output.h"
 #include "store/pattern_store.h"

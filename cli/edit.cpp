@@ -110,7 +110,9 @@ int Edit(const EditOptions &options) {
     std::ifstream file;
     if (!options.script.empty()) {
         file.open(options.script, std::ios::binary);
-        if (!file || file.peek(), file.bad()) {
+        // A directory can be opened, but not read.
+        file.peek();
+        if (!file.is_open() || file.bad()) {
             PrintError(options.script, "cannot be read");
             return EXIT_BAD_USAGE;
         }
@@ -126,7 +128,9 @@ void AddEdit(CLI::App &program, int &status) {
     CLI::App *command = AddCommand(program, *options, "edit", "Play a script of edits on the document");
     AddOutput(command, options->out, "file to write instead of standard output; may be FILE itself");
     command->add_option("--log", options->log, "the edit log, begun anew and left as a crash would leave it")
-        ->type_name("LOGFILE");
-    command->add_option("SCRIPT", options->script, "the script; standard input if left out");
+        ->type_name("LOGFILE")
+        ->check(CheckFileName, "");
+    command->add_option("SCRIPT", options->script, "the script; standard input if left out")
+        ->check(CheckFileName, "");
     command->callback([options, &status] { status = Edit(*options); });
 }

@@ -62,11 +62,12 @@ bool ReplaceFile(const std::string &path, const std::string &text) {
 
 } // namespace
 
+std::string CheckFileName(const std::string &name) {
+    return name.empty() ? "the name is empty" : "";
+}
+
 CLI::Option *AddOutput(CLI::App *command, std::string &out, const std::string &description) {
-    return command->add_option("-o", out, description)
-        ->type_name("OUT")
-        ->check([](const std::string &name) { return std::string(name.empty() ? "the name is empty" : ""); },
-                "");
+    return command->add_option("-o", out, description)->type_name("OUT")->check(CheckFileName, "");
 }
 
 int WriteDocumentText(const std::string &out) {

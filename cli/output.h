@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
-// The option -o, which must not be empty.
+// Tells what is wrong with the name of a file; a name must not be empty.
+std::string CheckFileName(const std::string &name);
+// The option -o.
 CLI::Option *AddOutput(CLI::App *command, std::string &out, const std::string &description);
 
 // Writes the document as the editor would save it to the file `out`, to standard output if that is empty. A

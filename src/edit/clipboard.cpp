@@ -72,6 +72,7 @@ void CopySelection(Pattern *pattern, int32_t start) {
     CutToClipFile(start);
     LogForget(start);
     RestoreStore(before);
+    RecountReferenceItems();
 }
 
 void ForgetSelection() {

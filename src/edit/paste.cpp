@@ -265,6 +265,7 @@ int PasteAtSelection(uint16_t patternId) {
     if (CheckNesting(id) || NestsTooDeep(id, index, end)) {
         LogForget(start);
         RestoreStore(before);
+        RecountReferenceItems();
         ShowErrorStrip("Recursion violation in paste");
         good = 0;
     }

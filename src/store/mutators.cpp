@@ -5,6 +5,7 @@
 #include "store/name_index.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -60,6 +61,16 @@ PatternItem *OpenItem(Pattern *pattern, uint16_t index) {
 
 uint32_t ReferenceItems(const Pattern *pattern) {
     return referenceItems[pattern->id];
+}
+
+void RecountReferenceItems() {
+    for (uint32_t id = 1; id <= HighestPatternId; ++id) {
+        if (!PatternInUse(id)) continue;
+        const Pattern *pattern = PatternFromId(id);
+        referenceItems[id] =
+            static_cast<uint16_t>(std::count_if(pattern->items(), pattern->items() + pattern->itemCount,
+                                                [](const PatternItem &item) { return item.isReference(); }));
+    }
 }
 
 int SetPatternDelay(Pattern *pattern, uint32_t delay) {

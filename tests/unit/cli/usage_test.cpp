@@ -7,7 +7,7 @@
 namespace {
 
 const std::vector<std::string> COMMANDS = {"check",   "format", "dump", "segments", "value",
-                                           "listing", "render", "log",  "recover"};
+                                           "listing", "render", "log",  "recover",  "edit"};
 
 // A run that is refused: status, nothing on standard output, one line on standard error.
 void ExpectRefused(const CliRun &run, int status) {

@@ -317,6 +317,23 @@ TEST_F(Clipboard, DeleteLeavesTheClipboardButChangesItsWidth) {
     EXPECT_EQ(items(wide), "1:10");
 }
 
+TEST_F(Clipboard, ANestedPatternIsAsWideAsWhatItIsPastedInto) {
+    // The clipboard stems from a bus, and the width from the delete of a bit.
+    uint16_t bus = MakePattern("B[7:0]", ITEMS);
+    AddReference(bus, {MakePattern("", {{200, 4}, {3, 6}}, 8)});
+    uint16_t bit = MakePattern("b", ITEMS);
+    ASSERT_EQ(select(bus, 60, 70), SEL_PATTERN);
+    copy();
+    ASSERT_EQ(select(bit, 15, 15), SEL_PULSE);
+    remove();
+    ASSERT_EQ(click(bit, 0), SEL_EDGE);
+    ASSERT_EQ(paste(), 1);
+    uint16_t nested = PatternFromId(bit)->item(0).patternId();
+    EXPECT_EQ(items(nested), "200:4 3:6");
+    EXPECT_EQ(PatternFromId(nested)->width, 1);
+    EXPECT_FALSE(PatternFromId(nested)->isBus());
+}
+
 TEST_F(Clipboard, CopySetsTheWidthToo) {
     uint16_t wide = MakePattern("W[7:0]", {{1, 10}, {2, 10}});
     select(wide, 15, 15);

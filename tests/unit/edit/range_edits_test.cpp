@@ -137,6 +137,27 @@ TEST_F(RangeEdits, AnEndlessLengthWithoutAForeverItemIsCutAsItStands) {
     EXPECT_EQ(items(id), Transitions{});
 }
 
+TEST_F(RangeEdits, ItemsBeyondTheAxisAreCountedFromTheStart) {
+    constexpr TimeVal longest = 0x7FFFFFFF;
+    uint16_t id = MakePattern("a", {{1, longest}, {0, longest}, {1, longest}});
+    EXPECT_EQ(pattern(id)->duration, TIME_FOREVER);
+    DeleteRange(pattern(id), 5, 15);
+    EXPECT_EQ(items(id), (Transitions{{1, 5}, {1, longest - 15}, {0, longest}, {1, longest}}));
+    DeleteRange(pattern(id), longest, TIME_FOREVER);
+    EXPECT_EQ(items(id), (Transitions{{1, 5}, {1, longest - 15}, {0, 10}}));
+}
+
+TEST_F(RangeEdits, WhatRefersToAnEndlessPatternLearnsThatItIsEmpty) {
+    uint16_t sub = MakePattern("$s", {{1, 5}});
+    uint16_t id = MakePattern("a");
+    AddReference(id, {.id = sub, .repeat = 65535});
+    uint16_t user = MakePattern("$u");
+    AddReference(user, {.id = id});
+    EXPECT_EQ(pattern(user)->duration, TIME_FOREVER);
+    DeleteRange(pattern(id), 0, TIME_FOREVER);
+    EXPECT_EQ(pattern(user)->duration, 0U);
+}
+
 TEST_F(RangeEdits, AnEmptyPatternStaysEmpty) {
     uint16_t id = MakePattern("a");
     DeleteRange(pattern(id), 0, 10);

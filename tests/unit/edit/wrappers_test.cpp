@@ -100,6 +100,29 @@ TEST_F(Wrappers, AnEndlessPatternIsWrappedWhole) {
     EXPECT_EQ(items(wrapper), (Texts{"0:10", use(sub, 65535)}));
 }
 
+TEST_F(Wrappers, AnEmptyReferenceBeforeAnEndlessTailGoesAlong) {
+    uint16_t empty = MakePattern("$e");
+    uint16_t sub = MakePattern("", {{1, 5}});
+    uint16_t id = MakePattern("a", {{0, 10}});
+    AddReference(id, {.id = empty});
+    AddReference(id, {.id = sub, .repeat = 65535});
+    WrapRange(pattern(id), 0, TIME_FOREVER, 1, 2);
+    uint16_t wrapper = targetOf(id, 0);
+    EXPECT_EQ(items(id), (Texts{use(wrapper, 2)}));
+    EXPECT_EQ(items(wrapper), (Texts{"0:10", use(empty), use(sub, 65535)}));
+}
+
+TEST_F(Wrappers, ItemsBeyondTheAxisGoAlong) {
+    uint16_t owned = MakePattern("", {{1, 0x7FFFFFFF}});
+    uint16_t id = MakePattern("a", {{0, 0x7FFFFFFF}, {1, 10}});
+    AddReference(id, {.id = owned, .repeat = 2});
+    AddReference(id, {.id = owned});
+    WrapRange(pattern(id), 0x7FFFFFFF, TIME_FOREVER, 3, 1);
+    uint16_t wrapper = targetOf(id, 1);
+    EXPECT_EQ(items(id), (Texts{"0:2147483647", use(wrapper, 1, 3)}));
+    EXPECT_EQ(items(wrapper), (Texts{"1:10", use(owned, 2), use(owned)}));
+}
+
 TEST_F(Wrappers, WithoutAFreeIdNothingIsWrapped) {
     uint16_t id = MakePattern("a", threeTens);
     while (HighestPatternId < MAX_PATTERNS - 1) MakePattern("");

@@ -17,7 +17,7 @@
 #include "store/queries.h"
 #include "store/state_table.h"
 #include "unit/editing/random_script.h"
-#include "unit/editing/sound_store.h"
+#include "unit/support/sound_store.h"
 #include "unit/support/fresh_store.h"
 #include "unit/support/random_document.h"
 #include "wdl/compiler.h"

@@ -218,6 +218,10 @@ TEST_F(ReplayTest, ADeletionDoesNotLookAtTheItemsForm) {
 
 TEST_F(ReplayTest, PatternsDeletedAndCreated) {
     uint16_t gone = MakePattern("GONE[7:0]");
+    // As the records before that of the deletion leave them.
+    EditLog.Recording = 0;
+    SetPatternParams(PatternFromId(gone), 0, 0, 0, 1, 100, 0);
+    EditLog.Recording = 1;
     goesBothWays([&] { LogPattern(0, gone, 8, "GONE[7:0]"); }, [&] { DeletePattern(PatternFromId(gone)); });
     uint16_t made = 0;
     // The width that was given counts for an unnamed pattern only.

@@ -1,4 +1,4 @@
-#include "unit/editing/sound_store.h"
+#include "unit/support/sound_store.h"
 
 #include "config/settings.h"
 #include "display/rows.h"
