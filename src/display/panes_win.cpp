@@ -23,7 +23,6 @@ HWND WaveWindow = nullptr;
 bool releasingMouse = false; // of our own accord
 int32_t screenWidth = 0;
 int32_t screenHeight = 0;
-double screenMagnification = 0; // until it is asked for
 
 HWND &WindowSlot(Pane pane) {
     return pane == Pane::Ruler ? RulerWindow : pane == Pane::Name ? NameWindow : WaveWindow;
@@ -348,11 +347,9 @@ int32_t FullScreenWidth() {
     return GetSystemMetrics(SM_CXFULLSCREEN);
 }
 
-// Each paint of the ruler asks, and Windows keeps the resolution that a program started with.
 double ScreenMagnification() {
-    if (screenMagnification > 0) return screenMagnification;
     HDC context = GetDC(nullptr);
-    screenMagnification = GetDeviceCaps(context, LOGPIXELSY) / ORDINARY_DPI;
+    int dpi = GetDeviceCaps(context, LOGPIXELSY);
     ReleaseDC(nullptr, context);
-    return screenMagnification;
+    return dpi / ORDINARY_DPI;
 }

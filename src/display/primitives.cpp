@@ -6,8 +6,6 @@
 #include <array>
 #include <cstdio>
 
-bool DrawToMemory;
-
 namespace {
 
 constexpr int COLOUR_MASK = 15;
@@ -16,7 +14,6 @@ constexpr int BLACK = 15;
 
 // From list coordinates to the pixels of the current panel.
 PixelPoint Shifted(PixelPoint point) {
-    if (DrawToMemory) return point;
     Pane pane = SurfacePane();
     if (pane == Pane::Name) point.x -= NameShift();
     if (pane == Pane::Name || pane == Pane::Wave) point.y -= static_cast<int32_t>(WaveView.TopPixel);
@@ -35,11 +32,6 @@ int ForegroundColour() {
 
 void SelectPicture(Pane pane) {
     SurfaceSelect(pane);
-}
-
-void SetDrawToMemory(bool on) {
-    DrawToMemory = on;
-    SurfaceDrawToMemory(on);
 }
 
 void SetDrawColour(int index) {

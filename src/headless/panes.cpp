@@ -47,9 +47,7 @@ PixelRect PaneClipBox(Pane pane) {
 }
 
 FontMetrics MainFontMetrics() {
-    FontMetrics metrics = HeadlessFontMetrics();
-    if (Headless.fontHeight > 0) metrics.height = Headless.fontHeight;
-    return metrics;
+    return HeadlessFontMetrics();
 }
 int32_t ScreenWidth() {
     return Headless.screenWidth;
@@ -64,7 +62,7 @@ int32_t FullScreenWidth() {
     return Headless.screenWidth;
 }
 double ScreenMagnification() {
-    return Headless.screenMagnification;
+    return 1.0;
 }
 
 bool OpenWindow() {

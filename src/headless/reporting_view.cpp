@@ -23,16 +23,13 @@ std::string Joined(const std::vector<std::string> &lines) {
 
 } // namespace
 
-void ViewShowPrompt(bool layOut) {
-    if (layOut) ++Headless.promptLayouts;
+void ViewShowPrompt(bool /*layOut*/) {
     Headless.prompts.emplace_back(PromptText);
 }
 
 void ViewShowStrip(const char *text) {
-    Headless.strip = text ? text : "";
-    Headless.strips.push_back(Headless.strip);
-    Headless.stripWasBusy = ErrorStripBusy;
-    Print(Headless.strip);
+    Headless.strips.emplace_back(text ? text : "");
+    Print(Headless.strips.back());
 }
 
 void ViewMessageBox(MessageKind kind, const char *caption, const char *text) {

@@ -13,15 +13,15 @@ struct AlertMeasures {
     int iconWidth, iconHeight;
 };
 
-struct AlertPlace {
+struct AlertRect {
     int x, y, width, height;
 };
 
 struct AlertLayout {
     int width, height; // of the dialog's client area
-    AlertPlace lines[3];
-    AlertPlace buttons[3];
-    AlertPlace icon;
+    AlertRect lines[3];
+    AlertRect buttons[3];
+    AlertRect icon;
 };
 
 AlertLayout LayOutAlert(const AlertMeasures &measures);

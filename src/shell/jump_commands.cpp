@@ -5,12 +5,9 @@
 #include "display/overlay.h"
 #include "display/rows.h"
 #include "display/viewport.h"
-#include "edit/selection.h"
-#include "edit/show_selection.h"
 #include "edit/walker.h"
 #include "shell/command_ids.h"
 #include "shell/command_state.h"
-#include "shell/mode_gestures.h"
 #include "shell/text_dialog.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
@@ -26,7 +23,7 @@ bool IsRow(uint32_t row) {
     return WaveRows && row < WaveView.RowCount;
 }
 
-Pattern *SelectedRowPattern() {
+Pattern *SelectedPattern() {
     return IsRow(WaveView.SelectRow) ? RowPattern(WaveView.SelectRow) : nullptr;
 }
 
@@ -52,7 +49,7 @@ int NoteSegment(const WalkSegment *segment) {
 }
 
 void JumpToNextChange() {
-    Pattern *pattern = SelectedRowPattern();
+    Pattern *pattern = SelectedPattern();
     if (!pattern) return;
     bool edit = CommandState.CurrentCommand == COMMAND_EDIT_MODE;
     Search = {};
@@ -70,7 +67,7 @@ void AskForTime() {
 }
 
 void JumpToEnd() {
-    Pattern *pattern = SelectedRowPattern();
+    Pattern *pattern = SelectedPattern();
     JumpToTime(pattern ? PatternDuration(pattern) : Settings.EndTime);
 }
 
@@ -117,28 +114,14 @@ void SetMark(bool active) {
     DrawOverlay(true);
 }
 
-// In Edit mode the selection goes where the cursor goes; elsewhere it ends.
-void MoveSelection(TimeVal time) {
-    EndModeGesture();
-    int held = LogHoldOpen(1);
-    if (CommandState.CurrentCommand == COMMAND_EDIT_MODE) {
-        SelectAtTime(time);
-    } else {
-        ClearSelection();
-        AdoptSelection();
-    }
-    ShowSelection();
-    LogHoldOpen(held);
-}
-
 } // namespace
 
 void JumpToTime(TimeVal t) {
     t = std::clamp(t, std::min(WaveView.SpanStart, WaveView.SpanEnd), WaveView.SpanEnd);
     if (t != WaveView.CursorTime) {
         DrawOverlay(false);
-        MoveSelection(t);
         WaveView.CursorTime = t;
+        WaveView.SelectActive = false;
         DrawOverlay(true);
     }
     TimeVal right = TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth));
