@@ -15,6 +15,7 @@ int32_t HeapTop = 0;
 int32_t HoleBytes = 0;
 uint16_t HighestPatternId = 0;
 uint16_t TopPatternId = 0;
+std::array<uint16_t, MAX_PATTERNS> ReferenceCounts;
 void *(*ResizeBlock)(void *block, size_t size) = realloc;
 
 namespace {
@@ -241,6 +242,7 @@ StoreCopy CopyStore() {
     }
     return {std::vector<uint8_t>(PatternHeap, PatternHeap + end),
             std::vector<uint32_t>(PatternTable, PatternTable + MAX_PATTERNS),
+            ReferenceCounts,
             HeapTop,
             HoleBytes,
             HighestPatternId,
@@ -256,6 +258,7 @@ void RestoreStore(const StoreCopy &copy) {
     }
     std::copy(copy.heap.begin(), copy.heap.end(), PatternHeap);
     std::copy(copy.table.begin(), copy.table.end(), PatternTable);
+    ReferenceCounts = copy.ReferenceCounts;
     HeapTop = copy.HeapTop;
     HoleBytes = copy.HoleBytes;
     HighestPatternId = copy.HighestPatternId;

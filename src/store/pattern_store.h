@@ -4,6 +4,7 @@
 #pragma once
 
 #include "store/pattern.h"
+#include <array>
 #include <vector>
 
 // Entries of the table; ids run from 1 to MAX_PATTERNS - 1.
@@ -23,6 +24,9 @@ extern int32_t HeapTop;   // offset behind the last closed record
 extern int32_t HoleBytes; // bytes in free records and fillers
 extern uint16_t HighestPatternId;
 extern uint16_t TopPatternId; // the open top record, 0 if there is none
+// How many items of each id's pattern are references. Written by the mutators, as items get or lose that form
+// nowhere else.
+extern std::array<uint16_t, MAX_PATTERNS> ReferenceCounts;
 
 // Makes the table, the heap and the state block. Returns 1, or 0 after a message.
 int PatternStoreInit();
@@ -48,6 +52,7 @@ uint16_t PatternRelease(Pattern *record);
 struct StoreCopy {
     std::vector<uint8_t> heap; // up to the end of the last record
     std::vector<uint32_t> table;
+    std::array<uint16_t, MAX_PATTERNS> ReferenceCounts;
     int32_t HeapTop, HoleBytes;
     uint16_t HighestPatternId, TopPatternId;
     uint32_t freeIdFrom;
