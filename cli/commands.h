@@ -11,3 +11,6 @@ void AddSegments(CLI::App &program, int &status);
 void AddValue(CLI::App &program, int &status);
 void AddListing(CLI::App &program, int &status);
 void AddRender(CLI::App &program, int &status);
+void AddLog(CLI::App &program, int &status);
+void AddRecover(CLI::App &program, int &status);
+void AddEdit(CLI::App &program, int &status);

@@ -1,35 +1,21 @@
 // dump: the whole document as one JSON object.
+#include "dump.h"
 #include "commands.h"
 #include "config/settings.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
 #include "load.h"
+#include "output.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include "store/state_table.h"
 #include <cstdio>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <string_view>
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// The texts of a document are single bytes.
-std::string FromLatin1(std::string_view text) {
-    std::string utf8;
-    for (char c : text) {
-        auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            utf8 += c;
-        } else {
-            utf8 += static_cast<char>(0xC0 | byte >> 6);
-            utf8 += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-    }
-    return utf8;
-}
 
 Json SettingsJson() {
     return {{"ClockMultiplier", Settings.ClockMultiplier},
@@ -122,15 +108,19 @@ void PrintRows() {
 
 int Dump(const CommonOptions &options) {
     if (int status = LoadDocumentFile(options)) return status;
+    PrintDocument();
+    return EXIT_DONE;
+}
+
+} // namespace
+
+void PrintDocument() {
     printf("{\"settings\": %s", SettingsJson().dump().c_str());
     PrintTables();
     PrintPatterns();
     PrintRows();
     printf("}\n");
-    return EXIT_DONE;
 }
-
-} // namespace
 
 void AddDump(CLI::App &program, int &status) {
     auto options = std::make_shared<CommonOptions>();

@@ -34,6 +34,9 @@ int Run(int argc, char **argv) {
     AddValue(program, status);
     AddListing(program, status);
     AddRender(program, status);
+    AddLog(program, status);
+    AddRecover(program, status);
+    AddEdit(program, status);
     status = Parse(program, argc, argv, status);
     if (fflush(stdout) == 0 && !ferror(stdout)) return status;
     PrintError("kelvane-cli", "standard output cannot be written");

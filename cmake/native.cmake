@@ -11,15 +11,22 @@ target_link_libraries(kelvane_core PUBLIC PkgConfig::CAIRO)
 
 enable_testing()
 
+# --- what the native tests, the fuzz targets and the benchmarks share --------------------------------
+add_googletest()
+file(GLOB UNIT_SUPPORT CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/unit/support/*.cpp)
+add_library(unit_support STATIC ${UNIT_SUPPORT})
+target_include_directories(unit_support PUBLIC ${CMAKE_SOURCE_DIR}/tests)
+target_compile_options(unit_support PRIVATE ${WARNINGS})
+target_compile_definitions(unit_support PUBLIC KELVANE_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+target_link_libraries(unit_support PUBLIC kelvane_core gtest)
+
 if(KELVANE_FUZZ)
   file(GLOB FUZZERS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/fuzz/*_fuzz.cpp)
-  file(GLOB UNIT_SUPPORT CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/unit/support/*.cpp)
   foreach(source ${FUZZERS})
     get_filename_component(name ${source} NAME_WE)
     add_executable(${name} ${source})
-    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_compile_options(${name} PRIVATE ${WARNINGS})
-    target_link_libraries(${name} PRIVATE kelvane_core -fsanitize=fuzzer)
+    target_link_libraries(${name} PRIVATE unit_support -fsanitize=fuzzer)
   endforeach()
   return()
 endif()
@@ -35,14 +42,6 @@ if(CLI_SOURCES)
 endif()
 
 # --- unit tests: one program for each folder of tests/unit, under the sanitizers only --------------
-add_googletest()
-file(GLOB UNIT_SUPPORT CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/unit/support/*.cpp)
-add_library(unit_support STATIC ${UNIT_SUPPORT})
-target_include_directories(unit_support PUBLIC ${CMAKE_SOURCE_DIR}/tests)
-target_compile_options(unit_support PRIVATE ${WARNINGS})
-target_compile_definitions(unit_support PUBLIC KELVANE_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-target_link_libraries(unit_support PUBLIC kelvane_core gtest)
-
 file(GLOB UNIT_FOLDERS LIST_DIRECTORIES true CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/unit/*)
 foreach(folder ${UNIT_FOLDERS})
   get_filename_component(name ${folder} NAME)
@@ -62,6 +61,7 @@ endforeach()
 
 # --- benchmarks ---------------------------------------------------------------------------------------
 file(GLOB BENCH_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/bench/*.cpp)
+list(FILTER BENCH_SOURCES EXCLUDE REGEX "_win\\.cpp$")
 if(BENCH_SOURCES AND NOT KELVANE_SANITIZE)
   find_package(benchmark REQUIRED)
   add_executable(kelvane-bench ${BENCH_SOURCES})

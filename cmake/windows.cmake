@@ -1,4 +1,4 @@
-# kelvane.exe and the window tests.
+# kelvane.exe, the window tests, and the benchmark of the real window.
 enable_language(RC)
 add_compile_options(-ffunction-sections -fdata-sections)
 add_link_options(-static -Wl,--gc-sections)
@@ -47,4 +47,15 @@ if(WINDOW_TESTS)
   add_dependencies(window_tests kelvane)
   target_link_libraries(window_tests PRIVATE gtest gtest_main gdi32 user32 psapi)
   set_target_properties(window_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+endif()
+
+# The whole program, entry and all, within the benchmark's process.
+file(GLOB WINDOW_BENCH CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/bench/*_win.cpp)
+if(WINDOW_BENCH AND TARGET kelvane)
+  add_executable(paint_bench ${WINDOW_BENCH} ${WINDOWS_SOURCES} ${CMAKE_SOURCE_DIR}/resources/kelvane.rc)
+  target_include_directories(paint_bench PRIVATE
+    ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/resources)
+  target_compile_options(paint_bench PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${WARNINGS}>)
+  target_link_libraries(paint_bench PRIVATE kelvane_engine comctl32 comdlg32 gdi32 user32 shell32 advapi32)
+  set_target_properties(paint_bench PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 endif()

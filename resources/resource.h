@@ -8,6 +8,7 @@
 #define DIALOG_ABOUT 2
 #define DIALOG_ALERT 9
 #define DIALOG_GET_TEXT 10
+#define DIALOG_EDIT 193
 #define DIALOG_LISTING 196
 
 // About box.

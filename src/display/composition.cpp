@@ -7,10 +7,10 @@
 #include "display/ruler.h"
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
+#include "store/mutators.h"
 #include "store/pattern_store.h"
 #include <algorithm>
 #include <array>
-#include <span>
 #include <vector>
 
 PaintRangeRecord PaintRange;
@@ -84,21 +84,6 @@ bool RefersToChanged(const Pattern *pattern) {
     return false;
 }
 
-// One more than the number of items of each pattern that was last seen to hold data alone, 0 for the others.
-// Whatever changes a pattern's items sets its flag, so one without the flag is as it was seen; to look at all
-// items of a long document again after each edit would take longer than the repaint.
-std::array<uint32_t, MAX_PATTERNS> DataAlone;
-
-bool HoldsReference(const Pattern *pattern) {
-    uint32_t seen = pattern->itemCount + 1u;
-    if (DataAlone[pattern->id] == seen) return false;
-    uint32_t words = 0;
-    for (const PatternItem &item : std::span(pattern->items(), pattern->itemCount)) words |= item.word0;
-    bool holds = PatternItem{words, 0}.isReference();
-    DataAlone[pattern->id] = holds ? 0 : seen;
-    return holds;
-}
-
 bool AnyPatternChanged() {
     for (uint32_t id = 1; id <= HighestPatternId; id++) {
         if (PatternInUse(id) && PatternFromId(id)->changed()) return true;
@@ -112,11 +97,7 @@ void SpreadChanged() {
     for (uint32_t id = 1; id <= HighestPatternId; id++) {
         if (!PatternInUse(id)) continue;
         Pattern *pattern = PatternFromId(id);
-        if (pattern->changed()) {
-            DataAlone[id] = 0;
-        } else if (HoldsReference(pattern)) {
-            users.push_back(pattern);
-        }
+        if (!pattern->changed() && ReferenceItems(pattern) > 0) users.push_back(pattern);
     }
     size_t left;
     do {
@@ -146,7 +127,6 @@ void ClearAllChanged() {
 
 void InitComposition() {
     PaintRange = {};
-    DataAlone.fill(0);
 }
 
 void PaintPane(Pane pane) {

@@ -14,9 +14,12 @@ struct Listing {
     uint32_t ListingIndent = 0; // blanks in front of a line
     uint32_t ListingLines = 0;  // lines that were taken
     uint32_t ListingStateTable = 0;
+    bool full = false; // a line was not taken
 
     void add(const std::string &line) {
-        if (addLine(line.c_str(), context)) ++ListingLines;
+        if (full) return;
+        full = !addLine(line.c_str(), context);
+        if (!full) ++ListingLines;
     }
     std::string indent() const { return std::string(ListingIndent, ' '); }
 };
@@ -107,7 +110,7 @@ void ListPattern(Listing &listing, const Pattern *pattern, const PatternItem *us
     const char *name = pattern->nameLength ? pattern->name() : "(...)";
     listing.add(use ? UseLine(listing, *use, name) : TopLine(listing, pattern, name));
     listing.ListingIndent += 2;
-    for (uint32_t i = 0; i < pattern->itemCount; ++i) {
+    for (uint32_t i = 0; i < pattern->itemCount && !listing.full; ++i) {
         const PatternItem &item = pattern->item(i);
         if (!item.isReference()) {
             ListData(listing, pattern, item);

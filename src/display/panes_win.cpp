@@ -23,6 +23,7 @@ HWND WaveWindow = nullptr;
 bool releasingMouse = false; // of our own accord
 int32_t screenWidth = 0;
 int32_t screenHeight = 0;
+double screenMagnification = 0; // until it is asked for
 
 HWND &WindowSlot(Pane pane) {
     return pane == Pane::Ruler ? RulerWindow : pane == Pane::Name ? NameWindow : WaveWindow;
@@ -347,9 +348,11 @@ int32_t FullScreenWidth() {
     return GetSystemMetrics(SM_CXFULLSCREEN);
 }
 
+// Each paint of the ruler asks, and Windows keeps the resolution that a program started with.
 double ScreenMagnification() {
+    if (screenMagnification > 0) return screenMagnification;
     HDC context = GetDC(nullptr);
-    int dpi = GetDeviceCaps(context, LOGPIXELSY);
+    screenMagnification = GetDeviceCaps(context, LOGPIXELSY) / ORDINARY_DPI;
     ReleaseDC(nullptr, context);
-    return dpi / ORDINARY_DPI;
+    return screenMagnification;
 }

@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdio>
 
+bool DrawToMemory;
+
 namespace {
 
 constexpr int COLOUR_MASK = 15;
@@ -14,6 +16,7 @@ constexpr int BLACK = 15;
 
 // From list coordinates to the pixels of the current panel.
 PixelPoint Shifted(PixelPoint point) {
+    if (DrawToMemory) return point;
     Pane pane = SurfacePane();
     if (pane == Pane::Name) point.x -= NameShift();
     if (pane == Pane::Name || pane == Pane::Wave) point.y -= static_cast<int32_t>(WaveView.TopPixel);
@@ -32,6 +35,11 @@ int ForegroundColour() {
 
 void SelectPicture(Pane pane) {
     SurfaceSelect(pane);
+}
+
+void SetDrawToMemory(bool on) {
+    DrawToMemory = on;
+    SurfaceDrawToMemory(on);
 }
 
 void SetDrawColour(int index) {

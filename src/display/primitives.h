@@ -9,6 +9,9 @@ constexpr int DOTTED = 16;
 
 // Makes a panel the one that is drawn on.
 void SelectPicture(Pane pane);
+// While it is on, the bitmap of a wave's tail is drawn on instead, in its own pixels.
+extern bool DrawToMemory;
+void SetDrawToMemory(bool on);
 // Selects pen, brush and text colour, `index` 0 to 31. The brush is hatched for 1 to 15, and solid for 0 and
 // the dotted colours; in the background's colour it is solid too, so that what it erases gets one even
 // colour.

@@ -10,6 +10,7 @@
 
 std::array<uint8_t, LEVEL_COLOURS> LevelColour;
 RowDrawRecord RowDraw;
+uint32_t RowsDrawn;
 
 namespace {
 
@@ -165,6 +166,7 @@ void DrawRowWaves(uint32_t row) {
         return;
     Pattern *pattern = RowPattern(row);
     if (!pattern) return;
+    RowsDrawn++;
     SelectPicture(Pane::Wave);
     TimeVal end = TimeMin(TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth)), WaveView.SpanEnd);
     PrepareRowDraw(pattern, row);

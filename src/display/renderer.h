@@ -25,6 +25,10 @@ struct RowDrawRecord {
 // Written by PrepareRowDraw and DrawSegment.
 extern RowDrawRecord RowDraw;
 
+// Counts the rows drawn on the pane: who draws over them sees by it that they were drawn again. Written by
+// DrawRowWaves.
+extern uint32_t RowsDrawn;
+
 // The whole row; nothing for a row that is not in the pane.
 void DrawRowWaves(uint32_t row);
 // Fills the drawing state of the row and erases it.

@@ -1,6 +1,5 @@
 #include "display/ruler.h"
 #include "display/viewport.h"
-#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -10,10 +9,6 @@ namespace {
 constexpr int32_t LEAST_TICK_DISTANCE = 8;
 constexpr int32_t LEAST_LABEL_DISTANCE = 100;
 constexpr TimeVal MINOR_PER_MAJOR = 10;
-
-int32_t OnThisScreen(int32_t pixels) {
-    return static_cast<int32_t>(std::lround(pixels * ScreenMagnification()));
-}
 
 TimeVal ChooseMinorStep() {
     TimeVal step = 1;

@@ -11,6 +11,7 @@ void (*TrackRoutine)(TimeVal time, uint32_t row);
 namespace {
 
 constexpr int32_t FRAMES_AND_GRIP = 3; // pixels from the name column's width to the wave pane's first column
+// The marker's own sizes, in pixels of an ordinary screen.
 constexpr int32_t BAND_HEIGHT = 10;
 constexpr int32_t TRIANGLE_HALF_WIDTH = 4;
 constexpr int32_t TRIANGLE_HEIGHT = 8;
@@ -29,14 +30,14 @@ int32_t LabelRight() {
 
 PixelRect DraggedRange() {
     int32_t anchor = RulerColumn(WaveView.ZoomAnchor), mouse = RulerColumn(Mouse.time);
-    return {std::min(anchor, mouse), WaveView.RulerHeight - BAND_HEIGHT, std::max(anchor, mouse),
-            WaveView.RulerHeight};
+    return {std::min(anchor, mouse), WaveView.RulerHeight - OnThisScreen(BAND_HEIGHT),
+            std::max(anchor, mouse), WaveView.RulerHeight};
 }
 
 std::array<PixelPoint, 4> TriangleAtMouse() {
     PixelPoint tip = {RulerColumn(Mouse.time), WaveView.RulerHeight - WaveView.FontHeight / 2};
-    int32_t top = tip.y - TRIANGLE_HEIGHT;
-    return {tip, {tip.x - TRIANGLE_HALF_WIDTH, top}, {tip.x + TRIANGLE_HALF_WIDTH, top}, tip};
+    int32_t top = tip.y - OnThisScreen(TRIANGLE_HEIGHT), half = OnThisScreen(TRIANGLE_HALF_WIDTH);
+    return {tip, {tip.x - half, top}, {tip.x + half, top}, tip};
 }
 
 void ShowMouseTime() {

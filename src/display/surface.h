@@ -48,5 +48,19 @@ void SurfaceClipToPane(bool on);
 void SurfaceXorPolygon(std::span<const PixelPoint> points);
 void SurfaceInvert(const PixelRect &rect);
 
+// Bitmaps beside the panels, which stay as long as the drawing objects: columns at the limits of a drag, and
+// the tail of a wave that is dragged.
+enum class KeptBitmap { Edges, Tail };
+constexpr size_t KEPT_BITMAPS = 2;
+// Sees that the bitmap has at least this size, and the colours of the current panel. True if it was made, so
+// that it holds nothing yet.
+bool SurfaceKeepBitmap(KeptBitmap bitmap, PixelSize size);
+// Copy between the current panel and a bitmap; what lies outside of one of them is left as it is.
+void SurfaceCopyToBitmap(const PixelRect &from, KeptBitmap bitmap, PixelPoint to);
+void SurfaceCopyFromBitmap(KeptBitmap bitmap, const PixelRect &from, PixelPoint to);
+// Draws on the bitmap of the tail instead of the current panel, until it is called with false; in between no
+// panel is selected. Pen, brush and text colour of the panel are then as they were before.
+void SurfaceDrawToMemory(bool on);
+
 // The size that SurfaceText needs; also without a current panel.
 PixelSize SurfaceTextSize(const char *text);

@@ -9,6 +9,7 @@
 
 HWND PictureWindow;
 HDC PictureDC;
+HDC MemoryDC;
 
 namespace {
 
@@ -18,10 +19,18 @@ constexpr int POINTS_PER_INCH = 72;
 constexpr int ORDINARY_RESOLUTION = 96;
 constexpr size_t COLOURS = 16;
 
+// What the drawing calls have set in the current context; null and no colour as long as they have not.
+struct SetRecord {
+    HPEN pen = nullptr;
+    HBRUSH brush = nullptr;
+    int textColour = -1, background = -1;
+};
+
 // What is held for the current picture beside its window and context.
 struct PictureRecord {
     Pane pane = Pane::None;
     bool fromPaint = false; // the context is a paint message's, which gives it back itself
+    SetRecord set;
 };
 PictureRecord Picture;
 
@@ -34,6 +43,13 @@ struct GraphicObjects {
 };
 GraphicObjects Objects;
 
+// The text that was measured last: most texts are measured to see whether they fit, and again to be placed.
+struct MeasuredRecord {
+    std::array<char, 256> text = {}; // empty if it was too long for this
+    PixelSize size = {};
+};
+MeasuredRecord Measured;
+
 // The pixels set aside: a memory context and a bitmap for each slot in use; null without any.
 struct SavedRecord {
     HDC context = nullptr;
@@ -45,9 +61,28 @@ SavedRecord Saved;
 // What SurfaceClipToPane has to undo.
 struct ClipRecord {
     int state = 0; // of the context, 0 while it is not clipped
+    SetRecord set; // as it was then
     HRGN region = nullptr;
 };
 ClipRecord Clip;
+
+// The bitmaps that are kept, each selected into a context of its own; null until its first use. To select a
+// bitmap takes longer than all else that a drag does at a movement of the mouse.
+struct KeptRecord {
+    HDC context = nullptr;
+    HBITMAP bitmap = nullptr;
+    HGDIOBJ before = nullptr;
+    PixelSize size = {};
+};
+std::array<KeptRecord, KEPT_BITMAPS> Kept;
+
+// What the memory context has taken the place of.
+struct MemoryRecord {
+    bool on = false;
+    HDC picture = nullptr;
+    SetRecord set;
+};
+MemoryRecord Memory;
 
 COLORREF ColourRef(int colour) {
     uint32_t rgb = ColorTable[static_cast<size_t>(colour)];
@@ -114,12 +149,36 @@ void CopySaved(size_t slot, bool back) {
     SelectObject(Saved.context, before);
 }
 
+void DropKept(KeptRecord &kept) {
+    if (kept.bitmap) SelectObject(kept.context, kept.before);
+    if (kept.bitmap) DeleteObject(kept.bitmap);
+    if (kept.context) DeleteDC(kept.context);
+    kept = {};
+}
+
+// Copies a rectangle of a bitmap to a point of the picture, or back.
+void CopyKept(const KeptRecord &kept, const PixelRect &inBitmap, PixelPoint onPanel, bool back) {
+    int left = std::max(inBitmap.left, 0), right = std::min(inBitmap.right, kept.size.width);
+    int top = std::max(inBitmap.top, 0), bottom = std::min(inBitmap.bottom, kept.size.height);
+    if (!PictureDC || !kept.bitmap || left >= right || top >= bottom) return;
+    int x = onPanel.x + left - inBitmap.left, y = onPanel.y + top - inBitmap.top;
+    if (back) {
+        BitBlt(PictureDC, x, y, right - left, bottom - top, kept.context, left, top, SRCCOPY);
+    } else {
+        BitBlt(kept.context, left, top, right - left, bottom - top, PictureDC, x, y, SRCCOPY);
+    }
+}
+
+KeptRecord &KeptOf(KeptBitmap bitmap) {
+    return Kept[static_cast<size_t>(bitmap)];
+}
+
 } // namespace
 
 void BeginPicture(Pane pane, HDC context) {
     PictureWindow = PaneWindow(pane);
     PictureDC = context;
-    Picture = {pane, true};
+    Picture = {pane, true, {}};
     PrepareContext();
 }
 
@@ -152,8 +211,11 @@ HBRUSH SolidBrush(int colour) {
 }
 
 void ReleaseGraphicObjects() {
+    // They go first: what is selected cannot be deleted.
+    for (KeptRecord &kept : Kept) DropKept(kept);
     if (Objects.font) DeleteObject(Objects.font);
     Objects.font = nullptr;
+    Measured = {};
     DeleteAll(Objects.pens);
     DeleteAll(Objects.solidBrushes);
     DeleteAll(Objects.hatchBrushes);
@@ -167,7 +229,7 @@ void SurfaceSelect(Pane pane) {
     PictureDC = GetDC(window);
     if (!PictureDC) return;
     PictureWindow = window;
-    Picture = {pane, false};
+    Picture = {pane, false, {}};
     PrepareContext();
 }
 
@@ -175,16 +237,25 @@ Pane SurfacePane() {
     return Picture.pane;
 }
 
+// Most segments have the colour of the one before, so what is set already is not set again.
 void SurfaceSetPen(int colour, bool dotted) {
-    SelectIfThere(PictureDC, PenOf(colour, dotted));
+    HPEN pen = PenOf(colour, dotted);
+    if (!PictureDC || !pen || pen == Picture.set.pen) return;
+    Picture.set.pen = pen;
+    SelectObject(PictureDC, pen);
 }
 
 void SurfaceSetBrush(int colour, bool hatched) {
-    SelectIfThere(PictureDC, hatched ? HatchBrush(colour) : SolidBrush(colour));
+    HBRUSH brush = hatched ? HatchBrush(colour) : SolidBrush(colour);
+    if (!PictureDC || !brush || brush == Picture.set.brush) return;
+    Picture.set.brush = brush;
+    SelectObject(PictureDC, brush);
 }
 
 void SurfaceSetTextColour(int colour, int background) {
-    if (!PictureDC) return;
+    if (!PictureDC || (colour == Picture.set.textColour && background == Picture.set.background)) return;
+    Picture.set.textColour = colour;
+    Picture.set.background = background;
     SetTextColor(PictureDC, ColourRef(colour));
     SetBkColor(PictureDC, ColourRef(background));
 }
@@ -230,13 +301,17 @@ void SurfaceDropSaved() {
 void SurfaceClipToPane(bool on) {
     if (!PictureDC) return;
     if (!on) {
-        if (Clip.state) RestoreDC(PictureDC, Clip.state);
+        if (Clip.state) {
+            RestoreDC(PictureDC, Clip.state);
+            Picture.set = Clip.set;
+        }
         if (Clip.region) DeleteObject(Clip.region);
         Clip = {};
         return;
     }
     RECT client = {};
     GetClientRect(PictureWindow, &client);
+    Clip.set = Picture.set;
     Clip.state = SaveDC(PictureDC);
     Clip.region = CreateRectRgnIndirect(&client);
     if (Clip.region) SelectClipRgn(PictureDC, Clip.region);
@@ -265,15 +340,65 @@ void SurfaceInvert(const PixelRect &rect) {
     SelectObject(PictureDC, brush);
 }
 
-PixelSize SurfaceTextSize(const char *text) {
-    HDC screen = PictureDC ? nullptr : GetDC(nullptr);
-    HDC context = screen ? screen : PictureDC;
-    SIZE size = {0, 0};
-    if (context) {
-        HGDIOBJ before = SelectObject(context, MainFont());
-        GetTextExtentPoint32A(context, text, static_cast<int>(strlen(text)), &size);
-        SelectObject(context, before);
+bool SurfaceKeepBitmap(KeptBitmap bitmap, PixelSize size) {
+    KeptRecord &kept = KeptOf(bitmap);
+    if (!PictureDC || size.width <= 0 || size.height <= 0) return false;
+    if (kept.size.width >= size.width && kept.size.height >= size.height) return false;
+    PixelSize grown = {std::max(kept.size.width, size.width), std::max(kept.size.height, size.height)};
+    DropKept(kept);
+    kept.context = CreateCompatibleDC(PictureDC);
+    if (kept.context) kept.bitmap = CreateCompatibleBitmap(PictureDC, grown.width, grown.height);
+    if (!kept.bitmap) {
+        DropKept(kept);
+        return false;
     }
-    if (screen) ReleaseDC(nullptr, screen);
-    return {size.cx, size.cy};
+    kept.before = SelectObject(kept.context, kept.bitmap);
+    kept.size = grown;
+    return true;
+}
+
+void SurfaceCopyToBitmap(const PixelRect &from, KeptBitmap bitmap, PixelPoint to) {
+    PixelRect inBitmap = {to.x, to.y, to.x + from.right - from.left, to.y + from.bottom - from.top};
+    CopyKept(KeptOf(bitmap), inBitmap, {from.left, from.top}, false);
+}
+
+void SurfaceCopyFromBitmap(KeptBitmap bitmap, const PixelRect &from, PixelPoint to) {
+    CopyKept(KeptOf(bitmap), from, to, true);
+}
+
+// The memory context takes the picture's place, so that every drawing call finds it there. Null, it lets them
+// do nothing.
+void SurfaceDrawToMemory(bool on) {
+    if (on == Memory.on) return;
+    if (on) {
+        Memory = {true, PictureDC, Picture.set};
+        PictureDC = MemoryDC = KeptOf(KeptBitmap::Tail).context;
+        Picture.set = {};
+        PrepareContext();
+    } else {
+        MemoryDC = nullptr;
+        PictureDC = Memory.picture;
+        Picture.set = Memory.set;
+        Memory = {};
+    }
+}
+
+PixelSize SurfaceTextSize(const char *text) {
+    if (*text && strcmp(text, Measured.text.data()) == 0) return Measured.size;
+    size_t length = strlen(text);
+    SIZE size = {0, 0};
+    // A picture has the font already, and to select it anew takes longer than to measure.
+    if (PictureDC) {
+        GetTextExtentPoint32A(PictureDC, text, static_cast<int>(length), &size);
+    } else if (HDC screen = GetDC(nullptr)) {
+        HGDIOBJ before = SelectObject(screen, MainFont());
+        GetTextExtentPoint32A(screen, text, static_cast<int>(length), &size);
+        SelectObject(screen, before);
+        ReleaseDC(nullptr, screen);
+    }
+    bool fits = length < Measured.text.size();
+    memcpy(Measured.text.data(), text, fits ? length : 0);
+    Measured.text[fits ? length : 0] = 0;
+    Measured.size = {size.cx, size.cy};
+    return Measured.size;
 }

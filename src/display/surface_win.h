@@ -8,6 +8,8 @@
 // The panel's window that is drawn on, and the context held for it; null without one. Written by this file.
 extern HWND PictureWindow;
 extern HDC PictureDC;
+// The memory context that stands in for it while everything is drawn to memory; else null.
+extern HDC MemoryDC;
 
 // Make a paint message's context the current picture, and forget it when the painting is over. A context that
 // is still held for a panel has been released before.

@@ -119,6 +119,10 @@ void InitViewport() {
     ExtendSpanHook = ExtendSpan;
 }
 
+int32_t OnThisScreen(int32_t pixels) {
+    return static_cast<int32_t>(std::lround(pixels * ScreenMagnification()));
+}
+
 int32_t NameFieldWidth() {
     return std::max(WaveView.NameTextWidth + WaveView.FontCharWidth, WaveView.NameColumnWidth);
 }
@@ -154,7 +158,7 @@ void PaneResized(Pane pane) {
 }
 
 int32_t InitialNameColumnWidth(bool saved, int32_t savedWidth) {
-    int32_t ordinary = static_cast<int32_t>(std::lround(DEFAULT_NAME_COLUMN * ScreenMagnification()));
+    int32_t ordinary = OnThisScreen(DEFAULT_NAME_COLUMN);
     int32_t width = std::max(saved ? savedWidth : ordinary, ScrollBarWidth());
     return std::min(width, FullScreenWidth() - 2 * ScrollBarWidth());
 }

@@ -11,6 +11,9 @@ TimeVal PixelsToTime(int32_t pixels);
 // The pixel column of a time in the wave pane; at most one screen width off the pane.
 int32_t PixelOf(TimeVal t);
 
+// How many pixels of this screen look as large as so many of an ordinary one.
+int32_t OnThisScreen(int32_t pixels);
+
 int32_t MinScale();
 int32_t MaxScale();
 

@@ -6,7 +6,10 @@
 #include "display/rows.h"
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
+#include "edit/show_selection.h"
 #include "editlog/edit_log.h"
+#include "editlog/recovery.h"
+#include "editlog/replay.h"
 #include "integration/suite/message_service.h"
 #include "shell/command_ids.h"
 #include "shell/file_dialogs.h"
@@ -117,6 +120,7 @@ void SetTitleFromPath(bool upperCase) {
 
 // Forgets what the rows, the view and the selection knew of the old document.
 void ForgetView() {
+    InitShowSelection();
     WaveView.SelectActive = false;
     WaveView.MarkActive = false;
     WaveView.SelectRow = NO_ROW;
@@ -181,7 +185,9 @@ void InitDocument() {
     DocumentPath[0] = '\0';
     ForceSaveAs = 0;
     WdlVersion = 4;
-    EditLog = {0, 1};
+    InitEditLog();
+    InitShowSelection();
+    InitReplay();
     ExtendSpanHook = ExtendSpan;
 }
 

@@ -3,6 +3,7 @@
 #include "config/paths.h"
 #include "config/settings.h"
 #include "display/composition.h"
+#include "display/drag_preview.h"
 #include "display/mouse_place.h"
 #include "display/overlay.h"
 #include "display/renderer.h"
@@ -12,6 +13,7 @@
 #include "display/viewport.h"
 #include "document/document.h"
 #include "editlog/edit_log.h"
+#include "editlog/recovery.h"
 #include "shell/file_names.h"
 #include "shell/frame.h"
 #include "shell/reporting.h"
@@ -48,6 +50,7 @@ void InitState() {
     InitWaveView();
     InitMouse();
     InitOverlay();
+    InitDragPreview();
     InitComposition();
     InitRulerCursor();
     InitDocument();
@@ -88,6 +91,7 @@ void ParseCommandLine(const std::vector<std::string> &words) {
 
 void PrepareApplication(const char *commandLine) {
     InitState();
+    LogInit(LOG_SUFFIX);
     ReadDesignContext();
     LoadColors(ColorsIniPath);
     ParseCommandLine(SplitCommandLine(commandLine));

@@ -119,8 +119,8 @@ void JoinSlices(Pattern *pattern) {
         if (item.patternId() != before.patternId()) continue;
         if (before.sliceOffset() != item.sliceWidth() + item.sliceOffset()) continue;
         item.setSliceWidth(item.sliceWidth() + 1);
-        for (uint32_t k = i; k < pattern->itemCount; ++k) pattern->item(k - 1) = pattern->item(k);
-        --pattern->itemCount;
+        before = item;
+        DropItem(pattern, static_cast<uint16_t>(i));
     }
 }
 

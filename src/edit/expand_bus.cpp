@@ -1,5 +1,6 @@
 #include "edit/expand_bus.h"
 
+#include "display/composition.h"
 #include "display/overlay.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
@@ -31,5 +32,6 @@ void ExpandSelectedBus() {
     // A copy, as the records move while the members are made.
     std::string name = PatternFromId(WaveRows[WaveView.SelectRow].PatternId)->name();
     ForEachBusMember(name.c_str(), ShowMember, nullptr);
-    DrawOverlay(true);
+    // The new rows have been named, but not drawn.
+    RepaintChanged(true);
 }

@@ -1,5 +1,6 @@
 #include "headless/data_listing.h"
 #include "shell/data_listing_window.h"
+#include "store/pattern_store.h"
 
 HeadlessListingState HeadlessListing;
 
@@ -33,6 +34,9 @@ bool AddDataListingLine(const char *line) {
 }
 
 void RedrawDataListing() {
+    int held = LogHoldOpen(1);
+    HeadlessListing.logHeld = held != 0;
+    LogHoldOpen(held);
     HeadlessListing.drawing = true;
     ++HeadlessListing.redraws;
 }

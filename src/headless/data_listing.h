@@ -11,6 +11,7 @@ struct HeadlessListingState {
     std::vector<std::string> lines;
     bool drawing = true;
     int redraws = 0;
+    bool logHeld = false; // the log was held open while the list was filled last
     size_t room = 100000; // lines that the list takes
 };
 // Written by data_listing.cpp and, for its room, by its users.

@@ -13,6 +13,8 @@ void EnableCommand(uint32_t id, bool on) {
     Headless.enabledCommands.emplace_back(id, on);
 }
 
+void RedrawMenuBar() {}
+
 void PostCommand(uint32_t id) {
     Headless.postedCommands.push_back(id);
 }

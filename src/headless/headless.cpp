@@ -16,3 +16,17 @@ void InitHeadless() {
     Headless = HeadlessState();
     StartProcessHook = RecordProcess;
 }
+
+void ForgetHeadlessRecord() {
+    Headless.userErrors.clear();
+    Headless.programErrors.clear();
+    Headless.captions.clear();
+    Headless.alerts.clear();
+    Headless.strips.clear();
+    Headless.prompts.clear();
+    Headless.titles.clear();
+    Headless.postedCommands.clear();
+    Headless.enabledCommands.clear();
+    Headless.invalidated.clear();
+    Headless.updated.clear();
+}

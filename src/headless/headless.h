@@ -27,7 +27,10 @@ struct HeadlessState {
     std::vector<std::string> captions; // of the message boxes of both kinds
     std::vector<HeadlessAlert> alerts;
     std::vector<std::string> strips;  // texts of the error strip as shown; "" for a removal
+    std::string strip;                // the text that it shows now
+    bool stripWasBusy = false;        // ErrorStripBusy when the strip was last shown or removed
     std::vector<std::string> prompts; // PromptText at each paint of the line
+    int promptLayouts = 0;            // how often the line was put at its place before
     std::vector<std::string> titles;
     std::vector<uint32_t> postedCommands;
     std::vector<std::pair<uint32_t, bool>> enabledCommands; // calls of EnableCommand
@@ -45,9 +48,11 @@ struct HeadlessState {
 
     // The screen and the panels.
     int32_t screenWidth = 1024, screenHeight = 768;
+    double screenMagnification = 1.0;
     int32_t paneWidth[4] = {0, 1000, 100, 1000};
     int32_t paneHeight[4] = {0, 34, 600, 600};
     bool panesExist = false;
+    int32_t fontHeight = 0;        // of a line, in pixels; 0 for the height of the font that is drawn
     std::vector<Pane> invalidated; // calls of InvalidatePane
     std::vector<Pane> updated;     // calls of UpdatePane
     struct Bar {
@@ -62,3 +67,5 @@ struct HeadlessState {
 extern HeadlessState Headless;
 // Puts the start values in place. From then on StartProcess records instead of starting a program.
 void InitHeadless();
+// Empties the lists of what was shown and asked, which a long session would fill.
+void ForgetHeadlessRecord();

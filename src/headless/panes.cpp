@@ -47,7 +47,9 @@ PixelRect PaneClipBox(Pane pane) {
 }
 
 FontMetrics MainFontMetrics() {
-    return HeadlessFontMetrics();
+    FontMetrics metrics = HeadlessFontMetrics();
+    if (Headless.fontHeight > 0) metrics.height = Headless.fontHeight;
+    return metrics;
 }
 int32_t ScreenWidth() {
     return Headless.screenWidth;
@@ -62,7 +64,7 @@ int32_t FullScreenWidth() {
     return Headless.screenWidth;
 }
 double ScreenMagnification() {
-    return 1.0;
+    return Headless.screenMagnification;
 }
 
 bool OpenWindow() {

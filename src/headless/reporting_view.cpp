@@ -23,13 +23,16 @@ std::string Joined(const std::vector<std::string> &lines) {
 
 } // namespace
 
-void ViewShowPrompt(bool /*layOut*/) {
+void ViewShowPrompt(bool layOut) {
+    if (layOut) ++Headless.promptLayouts;
     Headless.prompts.emplace_back(PromptText);
 }
 
 void ViewShowStrip(const char *text) {
-    Headless.strips.emplace_back(text ? text : "");
-    Print(Headless.strips.back());
+    Headless.strip = text ? text : "";
+    Headless.strips.push_back(Headless.strip);
+    Headless.stripWasBusy = ErrorStripBusy;
+    Print(Headless.strip);
 }
 
 void ViewMessageBox(MessageKind kind, const char *caption, const char *text) {

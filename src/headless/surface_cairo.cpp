@@ -208,17 +208,24 @@ ImageWindow::ImageWindow() {
     data = cairo_image_surface_get_data(surface);
 }
 
-// Copies between the panel and what was set aside of it, as far as it lies in the panel.
-void CopySaved(const ImageWindow &image, SavedPixels &saved, bool back) {
-    const PixelRect &place = saved.place;
-    int32_t left = std::max(place.left, image.bounds.left), right = std::min(place.right, image.bounds.right);
-    int32_t top = std::max(place.top, image.bounds.top), bottom = std::min(place.bottom, image.bounds.bottom);
+// Pixels in memory, `size.width` to a line.
+struct PixelBlock {
+    uint32_t *pixels;
+    PixelSize size;
+};
+
+// Copies between a rectangle of the panel and a block, from the point `at` in it on, as far as both reach.
+void CopyPixels(const ImageWindow &image, const PixelRect &place, const PixelBlock &block, PixelPoint at,
+                bool back) {
+    int32_t left = std::max({place.left, image.bounds.left, place.left - at.x});
+    int32_t top = std::max({place.top, image.bounds.top, place.top - at.y});
+    int32_t right = std::min({place.right, image.bounds.right, place.left - at.x + block.size.width});
+    int32_t bottom = std::min({place.bottom, image.bounds.bottom, place.top - at.y + block.size.height});
     if (left >= right || top >= bottom) return;
-    size_t width = static_cast<size_t>(place.right - place.left);
+    size_t bytes = static_cast<size_t>(right - left) * sizeof(uint32_t);
     for (int32_t y = top; y < bottom; y++) {
-        uint32_t *kept =
-            saved.pixels.data() + static_cast<size_t>(y - place.top) * width + (left - place.left);
-        size_t bytes = static_cast<size_t>(right - left) * sizeof *kept;
+        uint32_t *kept = block.pixels + static_cast<size_t>(y - place.top + at.y) * block.size.width +
+                         (left - place.left + at.x);
         if (back) {
             memcpy(image.at(left, y), kept, bytes);
         } else {
@@ -228,6 +235,42 @@ void CopySaved(const ImageWindow &image, SavedPixels &saved, bool back) {
     if (back)
         cairo_surface_mark_dirty_rectangle(image.surface, left + image.origin.x, top + image.origin.y,
                                            right - left, bottom - top);
+}
+
+void CopySaved(const ImageWindow &image, SavedPixels &saved, bool back) {
+    const PixelRect &place = saved.place;
+    PixelBlock block = {saved.pixels.data(), {place.right - place.left, place.bottom - place.top}};
+    CopyPixels(image, place, block, {0, 0}, back);
+}
+
+void CopyKept(KeptBitmap bitmap, const PixelRect &onPanel, PixelPoint inBitmap, bool back) {
+    KeptPixels &kept = HeadlessSurface.kept[static_cast<size_t>(bitmap)];
+    ImageWindow image;
+    if (image.data && !kept.pixels.empty())
+        CopyPixels(image, onPanel, {kept.pixels.data(), kept.size}, inBitmap, back);
+}
+
+void RecordKept(SurfaceCall::Kind kind, KeptBitmap bitmap, const PixelRect &rect, PixelPoint to) {
+    if (!HeadlessSurface.recording) return;
+    SurfaceCall call = MakeCall(kind);
+    call.bitmap = bitmap;
+    call.rect = rect;
+    call.points = {to};
+    HeadlessSurface.calls.push_back(call);
+}
+
+// A context that draws on the tail's pixels; null if there are none, or no picture that they could be copied
+// to.
+cairo_t *OpenTail(const KeptPixels &tail) {
+    ImageWindow image;
+    if (!image.data || tail.pixels.empty()) return nullptr;
+    auto *bytes = reinterpret_cast<unsigned char *>(const_cast<uint32_t *>(tail.pixels.data()));
+    cairo_surface_t *surface =
+        cairo_image_surface_create_for_data(bytes, CAIRO_FORMAT_RGB24, tail.size.width, tail.size.height,
+                                            tail.size.width * static_cast<int>(sizeof(uint32_t)));
+    cairo_t *context = cairo_create(surface);
+    cairo_surface_destroy(surface);
+    return context;
 }
 
 } // namespace
@@ -377,6 +420,52 @@ void SurfaceInvert(const PixelRect &rect) {
     if (!drawing.context) return;
     cairo_rectangle(drawing.context, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
     InvertPath(drawing.context);
+}
+
+bool SurfaceKeepBitmap(KeptBitmap bitmap, PixelSize size) {
+    KeptPixels &kept = HeadlessSurface.kept[static_cast<size_t>(bitmap)];
+    if (HeadlessSurface.pane == Pane::None || size.width <= 0 || size.height <= 0) return false;
+    if (kept.size.width >= size.width && kept.size.height >= size.height) return false;
+    RecordKept(SurfaceCall::Kind::KeepBitmap, bitmap, {0, 0, size.width, size.height}, {});
+    kept.size = {std::max(kept.size.width, size.width), std::max(kept.size.height, size.height)};
+    kept.pixels.assign(static_cast<size_t>(kept.size.width) * static_cast<size_t>(kept.size.height), 0);
+    return true;
+}
+
+void SurfaceCopyToBitmap(const PixelRect &from, KeptBitmap bitmap, PixelPoint to) {
+    if (HeadlessSurface.pane == Pane::None) return;
+    RecordKept(SurfaceCall::Kind::CopyToBitmap, bitmap, from, to);
+    CopyKept(bitmap, from, to, false);
+}
+
+void SurfaceCopyFromBitmap(KeptBitmap bitmap, const PixelRect &from, PixelPoint to) {
+    if (HeadlessSurface.pane == Pane::None) return;
+    RecordKept(SurfaceCall::Kind::CopyFromBitmap, bitmap, from, to);
+    PixelRect onPanel = {to.x, to.y, to.x + from.right - from.left, to.y + from.bottom - from.top};
+    CopyKept(bitmap, onPanel, {from.left, from.top}, true);
+}
+
+// The bitmap takes the place of the current panel in the picture.
+void SurfaceDrawToMemory(bool on) {
+    if (HeadlessSurface.recording) {
+        SurfaceCall call = MakeCall(SurfaceCall::Kind::DrawToMemory);
+        call.on = on;
+        HeadlessSurface.calls.push_back(call);
+    }
+    if (on == HeadlessSurface.inMemory) return;
+    HeadlessSurface.inMemory = on;
+    if (!on) {
+        if (HeadlessSurface.target.context) cairo_destroy(HeadlessSurface.target.context);
+        HeadlessSurface.target = HeadlessSurface.aside;
+        HeadlessSurface.aside = {};
+        return;
+    }
+    const KeptPixels &tail = HeadlessSurface.kept[static_cast<size_t>(KeptBitmap::Tail)];
+    cairo_t *context = OpenTail(tail);
+    HeadlessSurface.aside = HeadlessSurface.target;
+    HeadlessSurface.target = {};
+    HeadlessSurface.target.context = context;
+    HeadlessSurface.target.size[static_cast<size_t>(HeadlessSurface.pane)] = tail.size;
 }
 
 PixelSize SurfaceTextSize(const char *text) {

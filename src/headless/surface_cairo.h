@@ -23,15 +23,20 @@ struct SurfaceCall {
         ClipToPane,
         XorPolygon,
         Invert,
+        KeepBitmap,
+        CopyToBitmap,
+        CopyFromBitmap,
+        DrawToMemory,
     };
     Kind kind;
     Pane pane;                      // current at the call
     int colour = 0;                 // of a pen, a brush or a text
     bool patterned = false;         // a dotted pen, a hatched brush
     std::vector<PixelPoint> points; // of a polyline or polygon; the upper left corner of a text
-    PixelRect rect = {};            // of a fill, an inversion, or pixels that are saved or put back
+    PixelRect rect = {};            // of a fill, an inversion, or pixels that are saved, put back or copied
     SaveSlot slot = {};             // of such pixels
-    bool on = false;                // of a clip
+    KeptBitmap bitmap = {};         // that is made or copied; a copy's target is in `points`
+    bool on = false;                // of a clip, and of drawing to memory
     std::string text;
 };
 
@@ -52,6 +57,12 @@ struct SavedPixels {
     std::vector<uint32_t> pixels;
 };
 
+// A bitmap beside the panels.
+struct KeptPixels {
+    PixelSize size = {};
+    std::vector<uint32_t> pixels;
+};
+
 struct HeadlessSurfaceState {
     bool recording = false;
     std::vector<SurfaceCall> calls;
@@ -63,6 +74,9 @@ struct HeadlessSurfaceState {
     bool brushHatched = false;
     int textColour = 15;
     std::array<SavedPixels, SAVE_SLOTS> saved;
+    std::array<KeptPixels, KEPT_BITMAPS> kept;
+    bool inMemory = false;
+    PictureTarget aside; // the target while everything is drawn to memory
 };
 // Written by the surface; tests and pictures set `recording`, `calls` and `target`.
 extern HeadlessSurfaceState HeadlessSurface;

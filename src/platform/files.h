@@ -19,6 +19,13 @@ constexpr FileHandle NO_FILE = -1;
 // Both refuse a directory. OpenForWriting makes the file or empties it, unless it is marked read-only.
 FileHandle OpenForReading(const char *path);
 FileHandle OpenForWriting(const char *path);
+// Reading and writing: one that is there, and one that is made or emptied, for its owner alone.
+FileHandle OpenForUpdate(const char *path);
+FileHandle CreateForUpdate(const char *path);
+// Moves to an offset from the file's start, in bytes, which may lie behind its end.
+bool SeekFile(FileHandle file, int64_t offset);
+// The file's size in bytes, or -1.
+int64_t FileSize(FileHandle file);
 // The number of bytes moved, 0 at the end of the file, or -1 for a failure.
 int64_t ReadBytes(FileHandle file, void *buffer, size_t size);
 int64_t WriteBytes(FileHandle file, const void *bytes, size_t size);
@@ -27,6 +34,10 @@ void CloseFile(FileHandle file);
 bool RemoveFile(const char *path);
 // Moves `from` over `to`, which may exist.
 bool ReplaceFileWith(const char *from, const char *to);
+
+// Makes an empty file of a new name in the directory for temporary files; its path to `out` (MAX_PATH_SIZE).
+// At most three characters of the prefix count. False, with an empty path, if there can be none.
+bool MakeTemporaryFile(const char *prefix, char *out);
 
 // The full path to `out` (MAX_PATH_SIZE bytes); an empty path, or one that does not fit, gives an empty
 // result and false.

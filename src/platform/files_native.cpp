@@ -16,6 +16,7 @@ namespace fs = std::filesystem;
 const char PathSeparator = '/';
 const char *const TextLineEnd = "\n";
 bool (*StartProcessHook)(const char *commandLine) = nullptr;
+size_t (*WriteLimitHook)(size_t size) = nullptr;
 
 namespace {
 
@@ -86,12 +87,31 @@ FileHandle OpenForWriting(const char *path) {
     return open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
 }
 
+FileHandle OpenForUpdate(const char *path) {
+    if (!CanAccessFile(path, FileAccess::Read) || !CanAccessFile(path, FileAccess::Write)) return NO_FILE;
+    return open(path, O_RDWR | O_CLOEXEC);
+}
+
+FileHandle CreateForUpdate(const char *path) {
+    if (CanAccessFile(path, FileAccess::Exists) && !CanAccessFile(path, FileAccess::Write)) return NO_FILE;
+    return open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+}
+
+bool SeekFile(FileHandle file, int64_t offset) {
+    return lseek(static_cast<int>(file), offset, SEEK_SET) == offset;
+}
+
+int64_t FileSize(FileHandle file) {
+    struct stat status;
+    return fstat(static_cast<int>(file), &status) == 0 ? status.st_size : -1;
+}
+
 int64_t ReadBytes(FileHandle file, void *buffer, size_t size) {
     return read(static_cast<int>(file), buffer, size);
 }
 
 int64_t WriteBytes(FileHandle file, const void *bytes, size_t size) {
-    return write(static_cast<int>(file), bytes, size);
+    return write(static_cast<int>(file), bytes, WriteLimitHook ? WriteLimitHook(size) : size);
 }
 
 void CloseFile(FileHandle file) {
@@ -104,6 +124,18 @@ bool RemoveFile(const char *path) {
 
 bool ReplaceFileWith(const char *from, const char *to) {
     return rename(from, to) == 0;
+}
+
+bool MakeTemporaryFile(const char *prefix, char *out) {
+    out[0] = '\0';
+    std::error_code error;
+    std::string name =
+        (fs::temp_directory_path(error) / (std::string(prefix).substr(0, 3) + "XXXXXX")).string();
+    if (error || name.size() >= MAX_PATH_SIZE) return false;
+    int file = mkstemp(name.data());
+    if (file < 0) return false;
+    close(file);
+    return CopyOut(name.c_str(), out, MAX_PATH_SIZE);
 }
 
 bool FullPath(const char *path, char *out) {

@@ -49,6 +49,25 @@ FileHandle OpenForWriting(const char *path) {
     return Open(path, GENERIC_WRITE, CREATE_ALWAYS);
 }
 
+FileHandle OpenForUpdate(const char *path) {
+    return Open(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+}
+
+FileHandle CreateForUpdate(const char *path) {
+    return Open(path, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
+}
+
+bool SeekFile(FileHandle file, int64_t offset) {
+    LARGE_INTEGER distance;
+    distance.QuadPart = offset;
+    return SetFilePointerEx(HandleOf(file), distance, nullptr, FILE_BEGIN) != 0;
+}
+
+int64_t FileSize(FileHandle file) {
+    LARGE_INTEGER size;
+    return GetFileSizeEx(HandleOf(file), &size) ? size.QuadPart : -1;
+}
+
 int64_t ReadBytes(FileHandle file, void *buffer, size_t size) {
     DWORD count = 0;
     return ReadFile(HandleOf(file), buffer, TransferSize(size), &count, nullptr) ? count : -1;
@@ -69,6 +88,14 @@ bool RemoveFile(const char *path) {
 
 bool ReplaceFileWith(const char *from, const char *to) {
     return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED) != 0;
+}
+
+bool MakeTemporaryFile(const char *prefix, char *out) {
+    char directory[MAX_PATH_SIZE];
+    DWORD length = GetTempPathA(MAX_PATH_SIZE, directory);
+    bool made = length != 0 && length < MAX_PATH_SIZE && GetTempFileNameA(directory, prefix, 0, out) != 0;
+    if (!made) out[0] = '\0';
+    return made;
 }
 
 bool FullPath(const char *path, char *out) {

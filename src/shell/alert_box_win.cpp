@@ -7,7 +7,7 @@
 namespace {
 
 // Where the last alert box stood; the next one of the run stands there too.
-RECT AlertPlace = {};
+RECT AlertRect = {};
 
 struct AlertCall {
     const AlertRequest *request;
@@ -98,7 +98,7 @@ AlertMeasures FillAlert(HWND dialog, const AlertCall &call) {
     return measures;
 }
 
-void Place(HWND dialog, int id, const AlertRect &rect) {
+void Place(HWND dialog, int id, const AlertPlace &rect) {
     HWND control = GetDlgItem(dialog, id);
     if (control) MoveWindow(control, rect.x, rect.y, rect.width, rect.height, FALSE);
 }
@@ -111,7 +111,7 @@ void PlaceAlert(HWND dialog, const AlertLayout &layout) {
     Place(dialog, ALERT_ICON, layout.icon);
     RECT size = {0, 0, layout.width, layout.height};
     AdjustWindowRect(&size, static_cast<DWORD>(GetWindowLongA(dialog, GWL_STYLE)), FALSE);
-    RECT place = AlertPlace;
+    RECT place = AlertRect;
     if (IsRectEmpty(&place)) GetWindowRect(dialog, &place);
     MoveWindow(dialog, place.left, place.top, size.right - size.left, size.bottom - size.top, FALSE);
 }
@@ -126,7 +126,7 @@ INT_PTR CALLBACK AlertProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
     }
     case WM_COMMAND:
         // Esc comes as button 2 and gives 0.
-        GetWindowRect(dialog, &AlertPlace);
+        GetWindowRect(dialog, &AlertRect);
         EndDialog(dialog, LOWORD(wParam) - (ALERT_BUTTON - 1));
         return TRUE;
     default:

@@ -39,7 +39,7 @@ AlertLayout LayOutAlert(const AlertMeasures &m) {
     // The same for the text block and the row of buttons.
     int width = Widest(m.lineWidths, m.lineThere);
     if (m.iconThere) width += iconGap + m.iconWidth;
-    const int buttonWidth = buttonCount ? Widest(m.buttonWidths, m.buttonThere) + 12 * m.baseX / 4 : 0;
+    const int buttonWidth = Widest(m.buttonWidths, m.buttonThere) + 12 * m.baseX / 4;
     const int rowWidth = buttonCount ? buttonCount * buttonWidth + (buttonCount - 1) * m.baseX : 0;
     const int spare = std::max(width - rowWidth, 0);
     const int leftPad = std::max(rowWidth - width, 0);

@@ -13,15 +13,15 @@ struct AlertMeasures {
     int iconWidth, iconHeight;
 };
 
-struct AlertRect {
+struct AlertPlace {
     int x, y, width, height;
 };
 
 struct AlertLayout {
     int width, height; // of the dialog's client area
-    AlertRect lines[3];
-    AlertRect buttons[3];
-    AlertRect icon;
+    AlertPlace lines[3];
+    AlertPlace buttons[3];
+    AlertPlace icon;
 };
 
 AlertLayout LayOutAlert(const AlertMeasures &measures);

@@ -8,7 +8,10 @@
 #include "display/wave_view.h"
 #include "display/zoom.h"
 #include "document/document.h"
+#include "edit/clipboard.h"
 #include "edit/expand_bus.h"
+#include "edit/selection.h"
+#include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "shell/about_box.h"
 #include "shell/data_listing_window.h"
@@ -16,6 +19,7 @@
 #include "shell/help.h"
 #include "shell/jump_commands.h"
 #include "shell/mode_gestures.h"
+#include "shell/undo.h"
 #include "store/pattern_store.h"
 #include <cstdio>
 
@@ -40,6 +44,24 @@ bool Never() {
     return false;
 }
 
+void Cut() {
+    CutCopyDelete(COMMAND_CUT);
+}
+
+void Copy() {
+    CutCopyDelete(COMMAND_COPY);
+}
+
+void Delete() {
+    CutCopyDelete(COMMAND_DELETE);
+}
+
+// The end of the command takes the selection away.
+void Paste() {
+    CommandState.CommandPhase = PHASE_PASTING;
+    PasteAtSelection(0);
+}
+
 struct Command {
     uint32_t id;
     // What it runs; null for a command of one of the ranges below, and for one that DispatchCommand handles.
@@ -58,18 +80,18 @@ constexpr Command commandTable[] = {
     {COMMAND_PAN, nullptr, Always},
     {COMMAND_FULL_FIT, nullptr, Always},
     {COMMAND_FULL_SCALE, nullptr, Always},
-    {COMMAND_UNDO, nullptr, Never},
-    {COMMAND_REDO, nullptr, Never},
+    {COMMAND_UNDO, UndoAction, Always},
+    {COMMAND_REDO, RedoAction, Always},
     {COMMAND_PAGE_SETUP, nullptr, Never},
     {COMMAND_PRINT, nullptr, Never},
     {COMMAND_CUSTOMIZE, nullptr, Never},
     {COMMAND_COPY_EXTERNALS, nullptr, Never},
     {COMMAND_CONSISTENCY_CHECK, nullptr, Never},
-    {COMMAND_CUT, nullptr, Never},
-    {COMMAND_COPY, nullptr, Never},
-    {COMMAND_PASTE, nullptr, Never},
+    {COMMAND_CUT, Cut, SelectionCanBeCut},
+    {COMMAND_COPY, Copy, SelectionCanBeCut},
+    {COMMAND_PASTE, Paste, SelectionTakesPaste},
     {COMMAND_SHOW, nullptr, Never},
-    {COMMAND_DELETE, nullptr, Never},
+    {COMMAND_DELETE, Delete, SelectionCanBeCut},
     {COMMAND_NEW_WAVE, nullptr, Never},
     {COMMAND_DUPLICATE, DuplicateHighlightedRows, RowIsSelected},
     {COMMAND_HIDE, HideHighlightedRows, RowIsSelected},
@@ -115,6 +137,15 @@ const Command *FindCommand(uint32_t id) {
     return nullptr;
 }
 
+// The selection stood in a row that is no longer the selected one.
+void LeaveSelection() {
+    DrawOverlay(false);
+    ClearSelection();
+    AdoptSelection();
+    ShowSelection();
+    DrawOverlay(true);
+}
+
 // --- the ranges of ids ----------------------------------------------------------------------------
 
 constexpr uint32_t LAST_SCREEN_COMMAND = 19;
@@ -135,7 +166,7 @@ void RunCommand(uint32_t id) {
 }
 
 bool IsViewCommand(uint32_t id) {
-    return id >= COMMAND_ZOOM_IN && id <= COMMAND_FULL_SCALE;
+    return id > LAST_SCREEN_COMMAND && id <= LAST_VIEW_COMMAND;
 }
 
 void EndSavedViewCommand() {
@@ -152,15 +183,19 @@ void RunScreenCommand(uint32_t id) {
     FinishCommand();
 }
 
-// The steps of one pass of a change of the command in force: ends what stands, or starts the new command.
-// `before` is the command that was in force before this one, `path` the file for Open, empty to ask for one.
-void RunModePass(uint16_t before, const char *path) {
+// Ends the command in force. One of the document's that is at its question goes on by itself.
+void EndCommand() {
     if (CommandState.CurrentCommand != 0) CommandState.CursorMode = CURSOR_QUERY;
     if (IsViewCommand(CommandState.CurrentCommand)) {
         ViewCommand(CommandState.CurrentCommand);
-        CommandState.CommandPhase = PHASE_ENDING;
         CommandState.CursorMode = CURSOR_QUERY;
     }
+    FinishCommand();
+}
+
+// Starts the command in force. `before` is the one before it, `path` the file for Open, empty to ask for one.
+void StartCommand(uint16_t before, const char *path) {
+    if (CommandState.CurrentCommand != 0) CommandState.CursorMode = CURSOR_QUERY;
     switch (CommandState.CurrentCommand) {
     case COMMAND_NEW:
     case COMMAND_OPEN:
@@ -180,12 +215,12 @@ void RunModePass(uint16_t before, const char *path) {
 
 void ChangeCommand(uint32_t id, const char *path = "") {
     CommandState.CommandPhase = PHASE_ENDING;
-    RunModePass(0, "");
+    EndCommand();
     uint16_t before = CommandState.CurrentCommand;
     CommandState.CurrentCommand = static_cast<uint16_t>(id);
     PromptSubstitute[0] = '\0';
     CommandState.CommandPhase = PHASE_STARTING;
-    RunModePass(before, path);
+    StartCommand(before, path);
 }
 
 // --- view commands ----------------------------------------------------------------------------------
@@ -240,7 +275,7 @@ int RunViewGesture(uint32_t id) {
 void DispatchById(uint32_t id) {
     if (id >= 1 && id <= LAST_SCREEN_COMMAND) {
         RunScreenCommand(id);
-    } else if (id > LAST_SCREEN_COMMAND && id <= LAST_VIEW_COMMAND) {
+    } else if (IsViewCommand(id)) {
         CommandState.CommandPhase = PHASE_STARTING;
         ViewCommand(id);
     } else if (id > LAST_VIEW_COMMAND && id <= LAST_EXECUTED_COMMAND) {
@@ -258,7 +293,10 @@ void DispatchById(uint32_t id) {
 
 void DispatchCommand(int32_t id) {
     ShowErrorStrip(nullptr);
-    if (id >= 0) DispatchById(static_cast<uint32_t>(id));
+    if (id >= 0) {
+        EndModeGesture();
+        DispatchById(static_cast<uint32_t>(id));
+    }
     UpdateCommands();
     if (CommandState.CurrentCommand == 0) SetPrompt("Select A Command.  F1 for Help");
 }
@@ -295,7 +333,9 @@ void ViewCommand(uint32_t id) {
 void ExecuteCommand(uint32_t id) {
     CommandState.CommandPhase = PHASE_IDLE;
     int held = LogHoldOpen(1);
+    uint32_t row = WaveView.SelectRow, rows = WaveView.RowCount;
     RunCommand(id);
+    if (row != WaveView.SelectRow || rows != WaveView.RowCount) LeaveSelection();
     FinishCommand();
     LogHoldOpen(held);
 }
@@ -305,16 +345,9 @@ void FinishCommand() {
     bool edit = CommandState.CurrentCommand == COMMAND_EDIT_MODE;
     if (!edit) CommandState.CurrentCommand = COMMAND_QUERY_MODE;
     SetEditMode(edit);
+    RepaintChanged(false);
     LogEndAction();
     LogHoldOpen(held);
-}
-
-void SetEditMode(bool edit) {
-    CommandState.CursorMode = edit ? CURSOR_SELECT : CURSOR_QUERY;
-    DrawOverlay(false);
-    RunModeGesture();
-    if (PanesExist()) ShowCursorReadout();
-    DrawOverlay(true);
 }
 
 bool CommandIsBuilt(uint32_t id) {

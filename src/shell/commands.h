@@ -16,8 +16,6 @@ void ExecuteCommand(uint32_t id);
 void FinishCommand();
 // Starts, ends or goes on with a view command, by CommandPhase.
 void ViewCommand(uint32_t id);
-// Edit mode or Query mode takes effect.
-void SetEditMode(bool edit);
 
 // False for a command that does nothing yet; its menu entry stays gray.
 bool CommandIsBuilt(uint32_t id);

@@ -7,6 +7,9 @@
 
 namespace {
 
+// A longer listing is cut: nobody reads it, and filling the list would keep the user waiting.
+constexpr uint32_t MOST_LINES = 20000;
+
 // The pattern of the selected row; null unless exactly one row is selected.
 const Pattern *ListedPattern() {
     uint32_t row = WaveView.SelectRow;
@@ -14,8 +17,9 @@ const Pattern *ListedPattern() {
     return RowPattern(row);
 }
 
-bool TakeLine(const char *line, void *) {
-    return AddDataListingLine(line);
+bool TakeLine(const char *line, void *taken) {
+    auto &lines = *static_cast<uint32_t *>(taken);
+    return lines++ < MOST_LINES && AddDataListingLine(line);
 }
 
 } // namespace
@@ -29,14 +33,14 @@ void OpenDataListing() {
 }
 
 void CloseDataListing() {
-    RowSelectionHook = nullptr;
     DestroyDataListing();
 }
 
 void FillDataListing() {
     if (!DataListingIsOpen()) return;
     ClearDataListing();
-    if (const Pattern *pattern = ListedPattern()) ListPatternData(pattern, TakeLine, nullptr);
+    uint32_t lines = 0;
+    if (const Pattern *pattern = ListedPattern()) ListPatternData(pattern, TakeLine, &lines);
     RedrawDataListing();
 }
 

@@ -29,6 +29,14 @@ void RestorePlace(HWND dialog) {
     MoveWindow(dialog, place.left, place.top, place.right - place.left, place.bottom - place.top, FALSE);
 }
 
+// The program's, which a dialog does not have by itself.
+void ShowIcon(HWND dialog) {
+    auto icon =
+        reinterpret_cast<LPARAM>(LoadImageA(Instance, "icon", IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
+                                            GetSystemMetrics(SM_CYSMICON), LR_SHARED));
+    SendMessageA(dialog, WM_SETICON, ICON_SMALL, icon);
+}
+
 std::string LineText(HWND list, WPARAM line) {
     LRESULT length = SendMessageA(list, LB_GETTEXTLEN, line, 0);
     if (length <= 0) return "";
@@ -70,6 +78,7 @@ void TakeCommand(WPARAM wParam) {
 INT_PTR CALLBACK ListingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
     switch (message) {
     case WM_INITDIALOG:
+        ShowIcon(dialog);
         RestorePlace(dialog);
         FillWithList(dialog);
         return TRUE;

@@ -3,13 +3,18 @@
 #include "config/paths.h"
 #include "document/document.h"
 #include "document/startup.h"
+#include "edit/clipboard.h"
+#include "edit/edit_dialog.h"
+#include "editlog/edit_log.h"
 #include "shell/commands.h"
+#include "shell/edit_dialog_win.h"
 #include "shell/frame.h"
 #include "shell/frame_win.h"
 #include "shell/mode_gestures.h"
 #include "shell/mouse_gesture.h"
 #include "shell/reporting.h"
 #include <commctrl.h>
+#include <cstdlib>
 
 HINSTANCE Instance = nullptr;
 
@@ -29,9 +34,12 @@ void LoadKeys() {
 bool StartApplication(HINSTANCE instance, HINSTANCE previous, const char *commandLine, int show) {
     Instance = instance;
     InitCommands();
+    InitClipboard();
+    InitEditDialog();
     InitMouseGesture();
-    EndModeGesture();
+    InitModeGestures();
     PrepareApplication(commandLine);
+    atexit(LogDeleteFile);
     LoadKeys();
     if (!InitWavesInst(previous, show)) return false;
     ReadHelpDirectory();
@@ -52,7 +60,8 @@ bool TakenByDialog(MSG *message) {
 int RunMessages() {
     MSG message = {};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-        if (TranslateKeys(mainKeys, &message) || TakenByDialog(&message) ||
+        if (TranslateKeys(mainKeys, &message) ||
+            (EditDialogLeavesKeys() && TranslateKeys(specialKeys, &message)) || TakenByDialog(&message) ||
             TranslateKeys(specialKeys, &message)) {
             continue;
         }

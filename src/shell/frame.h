@@ -9,6 +9,8 @@ void FrameSetTitle(const char *title);
 void FrameInvalidate();
 // Enables a menu entry, or grays it.
 void EnableCommand(uint32_t id, bool on);
+// Draws the menu bar anew, for who changes what stands in it.
+void RedrawMenuBar();
 // Puts a command into the message queue, to run after the current message.
 void PostCommand(uint32_t id);
 // Shows the hourglass until the next mouse move.

@@ -7,6 +7,8 @@
 #include "display/surface_win.h"
 #include "display/wave_view.h"
 #include "document/document.h"
+#include "edit/clipboard.h"
+#include "shell/clipboard_win.h"
 #include "shell/commands.h"
 #include "shell/frame.h"
 #include "shell/frame_layout.h"
@@ -36,6 +38,8 @@ HCURSOR resizeCursor = nullptr;
 // --- places ---------------------------------------------------------------------------------------
 
 void ReadScreenSize() {
+    // What counts if there is no context to ask.
+    SetScreenSize(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
     HDC context = GetDC(nullptr);
     if (!context) {
         ProgramError("GetDC Failure in CREATE");
@@ -87,6 +91,7 @@ void CloseFrame() {
 void EndSession() {
     StorePlaces();
     ReleaseDocument();
+    DropClipFile();
 }
 
 // Opens the first of the files.
@@ -111,6 +116,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         FrameWindow = window;
         ReadScreenSize();
         InstallHelpHook();
+        RegisterClipboard(window);
         return 0;
     case WM_DESTROY:
         RemoveHelpHook();
@@ -122,6 +128,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         return 0;
     case WM_INITMENU:
         UpdateCommands();
+        UpdateClipboardEntry(reinterpret_cast<HMENU>(wParam));
         return 0;
     case WM_MENUSELECT:
         MenuSelectItem = LOWORD(wParam);
@@ -170,6 +177,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         break;
     default:
         if (message == HelpHookMessage && wParam == HELP_IN_MENU) HelpOnMenuItem();
+        if (HandleClipboardMessage(message, wParam)) return 0;
         break;
     }
     return DefWindowProcA(window, message, wParam, lParam);
@@ -219,15 +227,14 @@ bool RegisterClasses() {
 
 void CreateFrameWindow() {
     constexpr DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-    ReadScreenSize();
     WindowPlace place = {};
     if (!ReadWindowPlace(FRAME_PLACE_KEY, place)) {
         CreateWindowA(APPLICATION_TITLE, APPLICATION_TITLE, style, CW_USEDEFAULT, 0, CW_USEDEFAULT, 0,
                       nullptr, nullptr, Instance, nullptr);
         return;
     }
-    place = FitToScreen(
-        place, {ScreenWidth(), ScreenHeight(), GetSystemMetrics(SM_CXSIZE), GetSystemMetrics(SM_CYCAPTION)});
+    place = FitToScreen(place, {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
+                                GetSystemMetrics(SM_CXSIZE), GetSystemMetrics(SM_CYCAPTION)});
     CreateWindowA(APPLICATION_TITLE, APPLICATION_TITLE, style, place.left, place.top,
                   place.right - place.left, place.bottom - place.top, nullptr, nullptr, Instance, nullptr);
 }
@@ -297,6 +304,10 @@ void EnableCommand(uint32_t id, bool on) {
     EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
 }
 
+void RedrawMenuBar() {
+    if (FrameWindow) DrawMenuBar(FrameWindow);
+}
+
 void PostCommand(uint32_t id) {
     if (FrameWindow) PostMessageA(FrameWindow, WM_COMMAND, id, 0);
 }
@@ -323,7 +334,9 @@ void FrameToFront() {
 void ReleaseWindows() {
     DestroyTextWindow();
     TextWindow = nullptr;
+    // What others may still want of the clipboard is handed over while the window goes.
     if (FrameWindow) DestroyWindow(FrameWindow);
+    DropClipFile();
     PromptWindow = nullptr;
     ReleaseGraphicObjects();
     SetCursor(LoadCursorA(nullptr, IDC_WAIT));

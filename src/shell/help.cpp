@@ -34,8 +34,7 @@ void JoinPath(char (&out)[MAX_PATH_SIZE], const char *directory, const char *nam
 bool HelpFileExists(const char *path) {
     if (!path[0]) return false;
     if (CanAccessFile(path, FileAccess::Read)) return true;
-    if (HelpDirectory[0]) return false;
-    // A bare name is also looked for beside the program.
+    // A name without a directory is also looked for beside the program.
     char directory[MAX_PATH_SIZE], beside[MAX_PATH_SIZE];
     ProgramDirectory(directory, sizeof directory);
     JoinPath(beside, directory, path);

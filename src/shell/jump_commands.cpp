@@ -5,9 +5,12 @@
 #include "display/overlay.h"
 #include "display/rows.h"
 #include "display/viewport.h"
+#include "edit/selection.h"
+#include "edit/show_selection.h"
 #include "edit/walker.h"
 #include "shell/command_ids.h"
 #include "shell/command_state.h"
+#include "shell/mode_gestures.h"
 #include "shell/text_dialog.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
@@ -23,7 +26,7 @@ bool IsRow(uint32_t row) {
     return WaveRows && row < WaveView.RowCount;
 }
 
-Pattern *SelectedPattern() {
+Pattern *SelectedRowPattern() {
     return IsRow(WaveView.SelectRow) ? RowPattern(WaveView.SelectRow) : nullptr;
 }
 
@@ -49,7 +52,7 @@ int NoteSegment(const WalkSegment *segment) {
 }
 
 void JumpToNextChange() {
-    Pattern *pattern = SelectedPattern();
+    Pattern *pattern = SelectedRowPattern();
     if (!pattern) return;
     bool edit = CommandState.CurrentCommand == COMMAND_EDIT_MODE;
     Search = {};
@@ -67,7 +70,7 @@ void AskForTime() {
 }
 
 void JumpToEnd() {
-    Pattern *pattern = SelectedPattern();
+    Pattern *pattern = SelectedRowPattern();
     JumpToTime(pattern ? PatternDuration(pattern) : Settings.EndTime);
 }
 
@@ -114,14 +117,28 @@ void SetMark(bool active) {
     DrawOverlay(true);
 }
 
+// In Edit mode the selection goes where the cursor goes; elsewhere it ends.
+void MoveSelection(TimeVal time) {
+    EndModeGesture();
+    int held = LogHoldOpen(1);
+    if (CommandState.CurrentCommand == COMMAND_EDIT_MODE) {
+        SelectAtTime(time);
+    } else {
+        ClearSelection();
+        AdoptSelection();
+    }
+    ShowSelection();
+    LogHoldOpen(held);
+}
+
 } // namespace
 
 void JumpToTime(TimeVal t) {
     t = std::clamp(t, std::min(WaveView.SpanStart, WaveView.SpanEnd), WaveView.SpanEnd);
     if (t != WaveView.CursorTime) {
         DrawOverlay(false);
+        MoveSelection(t);
         WaveView.CursorTime = t;
-        WaveView.SelectActive = false;
         DrawOverlay(true);
     }
     TimeVal right = TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth));

@@ -32,12 +32,16 @@ void RunEvent(uint16_t phase) {
     DrawRulerCursor(true);
 }
 
-void NotePlace(Pane pane, int32_t x, int32_t y) {
-    if (!MouseGesture.captured) Mouse.pane = pane;
-    StickToPixel(x, y);
-    AxisPlace place = MouseToTimeRow(Mouse.pane, x, y);
+void NotePlace(AxisPlace place) {
     Mouse.time = place.time;
     Mouse.row = place.row;
+}
+
+// The place of a pixel. What is held down stays in the panel of the press.
+AxisPlace PlaceOf(Pane pane, int32_t x, int32_t y) {
+    if (!MouseGesture.captured) Mouse.pane = pane;
+    StickToPixel(x, y);
+    return MouseToTimeRow(Mouse.pane, x, y);
 }
 
 // The whole steps in a turn, with what the turns before it left over.
@@ -76,30 +80,29 @@ void ZoomBySteps(int32_t x, int32_t steps) {
 
 } // namespace
 
-void MouseMoved(Pane pane, int32_t x, int32_t y) {
-    if (!DisplayOpen) return;
+void MouseMovedTo(AxisPlace place) {
     MouseRecord before = Mouse;
-    NotePlace(pane, x, y);
+    NotePlace(place);
     if (before.time == Mouse.time && before.row == Mouse.row) return;
     // What the mouse drags follows it through the marker.
     DrawRulerCursor(false);
     DrawRulerCursor(true);
 }
 
-void LeftPressed(Pane pane, int32_t x, int32_t y, MouseKeys keys) {
+void LeftPressedAt(Pane pane, AxisPlace place, MouseKeys keys) {
     ShowErrorStrip(nullptr);
     if (!DisplayOpen || MouseGesture.captured) return;
-    NotePlace(pane, x, y);
-    RememberPixel(x, y);
+    Mouse.pane = pane;
+    NotePlace(place);
     MouseGesture.captured = true;
     MouseGesture.keys = keys;
     RunEvent(keys.shift ? PHASE_SHIFT_PRESSED : PHASE_PRESSED);
     MouseGesture.command = CommandState.CurrentCommand;
 }
 
-void LeftReleased(Pane pane, int32_t x, int32_t y) {
+void LeftReleasedAt(AxisPlace place) {
     if (!MouseGesture.captured) return;
-    NotePlace(pane, x, y);
+    NotePlace(place);
     MouseGesture.captured = false;
     ForgetPixel();
     // A command that came between has not seen the press.
@@ -110,6 +113,23 @@ void LeftReleased(Pane pane, int32_t x, int32_t y) {
     }
 }
 
+void MouseMoved(Pane pane, int32_t x, int32_t y) {
+    if (DisplayOpen) MouseMovedTo(PlaceOf(pane, x, y));
+}
+
+void LeftPressed(Pane pane, int32_t x, int32_t y, MouseKeys keys) {
+    AxisPlace place = {};
+    if (DisplayOpen && !MouseGesture.captured) {
+        place = PlaceOf(pane, x, y);
+        RememberPixel(x, y);
+    }
+    LeftPressedAt(pane, place, keys);
+}
+
+void LeftReleased(Pane pane, int32_t x, int32_t y) {
+    if (MouseGesture.captured) LeftReleasedAt(PlaceOf(pane, x, y));
+}
+
 void OtherPressed() {
     ShowErrorStrip(nullptr);
 }
@@ -117,7 +137,7 @@ void OtherPressed() {
 void OtherReleased(Pane pane, int32_t x, int32_t y) {
     ShowErrorStrip(nullptr);
     if (!DisplayOpen || MouseGesture.captured) return;
-    NotePlace(pane, x, y);
+    NotePlace(PlaceOf(pane, x, y));
     ForgetPixel();
     RunEvent(PHASE_PASTING);
 }

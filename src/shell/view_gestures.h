@@ -1,12 +1,18 @@
 // The mouse's messages in the panels, turned into events of the command in force.
 #pragma once
 
+#include "display/viewport.h"
 #include "shell/mouse_gesture.h"
 
 // Places are client pixels of the panel. While the left button is held the panel of the press gets all.
 void MouseMoved(Pane pane, int32_t x, int32_t y);
 void LeftPressed(Pane pane, int32_t x, int32_t y, MouseKeys keys);
 void LeftReleased(Pane pane, int32_t x, int32_t y);
+// The same in the panel of the press, or for a press in `pane`, at a time and a row as they stand: neither
+// rounded, nor held at the place of a press that is near.
+void MouseMovedTo(AxisPlace place);
+void LeftPressedAt(Pane pane, AxisPlace place, MouseKeys keys);
+void LeftReleasedAt(AxisPlace place);
 // The right or the middle button, which ends a view command and takes the selection away.
 void OtherPressed();
 void OtherReleased(Pane pane, int32_t x, int32_t y);

@@ -5,6 +5,8 @@
 #include "store/name_index.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace {
@@ -16,6 +18,9 @@ constexpr uint32_t SCALE_BITS = 0xFFFFu << 14;
 constexpr uint32_t FORCED_FORMAT_BITS = 7u << 1;
 // Bits of a reference item that have no meaning and stay as they are found.
 constexpr uint32_t UNUSED_ITEM_BITS = 3u << 30;
+
+// By id. Kept here, since items get or lose the form of a reference nowhere else.
+std::array<uint16_t, MAX_PATTERNS> referenceItems;
 
 void MarkTimesChanged(Pattern *pattern) {
     pattern->setDurationValid(false);
@@ -37,8 +42,9 @@ bool SameParams(const LoggedParams &a, const LoggedParams &b) {
            a.format == b.format && a.pinType == b.pinType;
 }
 
-uint16_t NameRoom(const char *name) {
-    return static_cast<uint16_t>((strlen(name) + 1 + 3) & ~size_t{3});
+// The bytes that a record sets aside for a name.
+uint32_t NameRoom(const char *name) {
+    return *name ? static_cast<uint32_t>((strlen(name) + 1 + 3) & ~size_t{3}) : 0;
 }
 
 // Makes room for an item at `index`; the record has room for one more.
@@ -52,6 +58,20 @@ PatternItem *OpenItem(Pattern *pattern, uint16_t index) {
 }
 
 } // namespace
+
+uint32_t ReferenceItems(const Pattern *pattern) {
+    return referenceItems[pattern->id];
+}
+
+void RecountReferenceItems() {
+    for (uint32_t id = 1; id <= HighestPatternId; ++id) {
+        if (!PatternInUse(id)) continue;
+        const Pattern *pattern = PatternFromId(id);
+        referenceItems[id] =
+            static_cast<uint16_t>(std::count_if(pattern->items(), pattern->items() + pattern->itemCount,
+                                                [](const PatternItem &item) { return item.isReference(); }));
+    }
+}
 
 int SetPatternDelay(Pattern *pattern, uint32_t delay) {
     if (pattern->delay == delay) return 0;
@@ -157,6 +177,7 @@ Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uin
                   (sliceOffset & 31) << 4 | (forcedFormat & 7) << 1 | 1;
     item->word1 = patternId | Clamp16(repeat) << 16;
     pattern->setKind(kind);
+    ++referenceItems[pattern->id];
     MarkTimesChanged(pattern);
     return pattern;
 }
@@ -171,10 +192,15 @@ void DeleteItem(Pattern *pattern, uint16_t index) {
     } else {
         LogTransition(0, pattern->id, index, item.value(), item.duration());
     }
+    DropItem(pattern, index);
+    MarkTimesChanged(pattern);
+}
+
+void DropItem(Pattern *pattern, uint16_t index) {
+    if (pattern->item(index).isReference()) --referenceItems[pattern->id];
     --pattern->itemCount;
     PatternItem *items = pattern->items();
     memmove(items + index, items + index + 1, (pattern->itemCount - size_t{index}) * sizeof(PatternItem));
-    MarkTimesChanged(pattern);
 }
 
 int MergeItems(Pattern *pattern, uint16_t index) {
@@ -196,7 +222,7 @@ void MergeAllItems(Pattern *pattern) {
 }
 
 Pattern *CreatePattern(uint32_t id, const char *name, uint32_t width) {
-    uint16_t nameRoom = *name ? NameRoom(name) : 0;
+    uint32_t nameRoom = NameRoom(name);
     Pattern *pattern = PatternAlloc(id, nameRoom);
     // With the store full there may be a record all the same, but it is another one's.
     if (!pattern || TopPatternId == 0) return nullptr;
@@ -212,7 +238,8 @@ Pattern *CreatePattern(uint32_t id, const char *name, uint32_t width) {
     pattern->size = 0;
     pattern->duty = 50;
     pattern->itemCount = 0;
-    pattern->nameLength = nameRoom;
+    referenceItems[pattern->id] = 0;
+    pattern->nameLength = static_cast<uint16_t>(nameRoom);
     pattern->reserved = 0;
     if (nameRoom) {
         memset(pattern->nameBytes(), 0, nameRoom);
@@ -235,8 +262,9 @@ uint16_t DeletePattern(Pattern *pattern) {
 }
 
 void RenamePattern(Pattern *pattern, const char *newName) {
-    int newLength = NameRoom(newName);
+    auto newLength = static_cast<int>(NameRoom(newName));
     int shift = newLength - pattern->nameLength;
+    size_t extent = pattern->nameLength ? pattern->nameLength + pattern->itemCount * sizeof(PatternItem) : 0;
     if (shift != 0) {
         pattern = PatternAlloc(pattern->id, shift > 0 ? static_cast<uint32_t>(shift) : 0);
         if (!pattern) return;
@@ -246,7 +274,9 @@ void RenamePattern(Pattern *pattern, const char *newName) {
         char *items = reinterpret_cast<char *>(pattern->items());
         memmove(items + shift, items, pattern->itemCount * sizeof(PatternItem));
     }
-    LogRename(pattern->id, pattern->name(), newName);
+    // Behind the move, so that an old name that lost its end to the items reads on into them; that is meant.
+    // It ends with the record's old extent at the latest.
+    LogRename(pattern->id, {pattern->nameBytes(), extent}, newName);
     pattern->nameLength = static_cast<uint16_t>(newLength);
     memset(pattern->nameBytes(), 0, static_cast<size_t>(newLength));
     memcpy(pattern->nameBytes(), newName, strlen(newName));

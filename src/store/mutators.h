@@ -7,6 +7,12 @@
 
 #include "store/pattern.h"
 
+// How many of the pattern's items are references: who looks for references need not look through a long
+// pattern that holds data alone.
+uint32_t ReferenceItems(const Pattern *pattern);
+// Counts them anew, after all patterns went back to what they were.
+void RecountReferenceItems();
+
 // Return 1 if the field changed, 0 if not. None of these moves records.
 int SetPatternDelay(Pattern *pattern, uint32_t delay);
 int SetPatternParams(Pattern *pattern, uint32_t stateTable, uint32_t pinType, uint32_t format, int32_t period,
@@ -26,6 +32,8 @@ Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uin
                          uint32_t forcedFormat);
 
 void DeleteItem(Pattern *pattern, uint16_t index);
+// The same without a record, for a pattern in the making.
+void DropItem(Pattern *pattern, uint16_t index);
 // Joins data items `index` and `index` + 1 if they have the same value; returns whether it did.
 int MergeItems(Pattern *pattern, uint16_t index);
 void MergeAllItems(Pattern *pattern);

@@ -4,6 +4,7 @@
 #include "shell/reporting.h"
 #include "store/name_index.h"
 #include "store/state_table.h"
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -184,6 +185,10 @@ Pattern *PatternAlloc(uint32_t id, uint32_t room) {
     uint32_t growth = room > ITEM_SIZE ? room : ITEM_SIZE;
     Pattern *looked = nullptr;
     bool exists = id != 0 && PatternInUse(id);
+    if (!exists && need > MAX_RECORD_SIZE) {
+        UserError("Pattern name is too long");
+        return nullptr;
+    }
     if (exists) {
         looked = PatternFromId(id);
         uint32_t used = looked->used();
@@ -226,6 +231,36 @@ uint16_t PatternRelease(Pattern *record) {
     PatternTable[id] = 0;
     freeIdFrom = Smaller(freeIdFrom, id);
     return id;
+}
+
+StoreCopy CopyStore() {
+    int32_t end = HeapTop;
+    if (TopPatternId != 0) {
+        const Pattern *top = PatternFromId(TopPatternId);
+        end = OffsetOf(top) + static_cast<int32_t>(top->used());
+    }
+    return {std::vector<uint8_t>(PatternHeap, PatternHeap + end),
+            std::vector<uint32_t>(PatternTable, PatternTable + MAX_PATTERNS),
+            HeapTop,
+            HoleBytes,
+            HighestPatternId,
+            TopPatternId,
+            freeIdFrom};
+}
+
+void RestoreStore(const StoreCopy &copy) {
+    for (uint32_t id = 1; id <= HighestPatternId; id++) {
+        if (!PatternInUse(id) || PatternFromId(id)->nameLength == 0) continue;
+        const auto *before = reinterpret_cast<const Pattern *>(copy.heap.data() + copy.table[id]);
+        if (copy.table[id] == 0 || before->nameLength == 0) NameIndexRemove(PatternFromId(id));
+    }
+    std::copy(copy.heap.begin(), copy.heap.end(), PatternHeap);
+    std::copy(copy.table.begin(), copy.table.end(), PatternTable);
+    HeapTop = copy.HeapTop;
+    HoleBytes = copy.HoleBytes;
+    HighestPatternId = copy.HighestPatternId;
+    TopPatternId = copy.TopPatternId;
+    freeIdFrom = copy.freeIdFrom;
 }
 
 int LogHoldOpen(int hold) {

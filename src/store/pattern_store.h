@@ -4,7 +4,7 @@
 #pragma once
 
 #include "store/pattern.h"
-#include <array>
+#include <vector>
 
 // Entries of the table; ids run from 1 to MAX_PATTERNS - 1.
 constexpr uint32_t MAX_PATTERNS = 4000;
@@ -42,6 +42,19 @@ Pattern *PatternAlloc(uint32_t id, uint32_t room = 0);
 
 // Gives the record's space back and empties its table entry; returns the id.
 uint16_t PatternRelease(Pattern *record);
+
+// All patterns at one moment, to go back to where a change must leave no trace. Named patterns may have been
+// made since, but none renamed or deleted.
+struct StoreCopy {
+    std::vector<uint8_t> heap; // up to the end of the last record
+    std::vector<uint32_t> table;
+    int32_t HeapTop, HoleBytes;
+    uint16_t HighestPatternId, TopPatternId;
+    uint32_t freeIdFrom;
+};
+StoreCopy CopyStore();
+// Records move.
+void RestoreStore(const StoreCopy &copy);
 
 // Sets the flag that keeps the log file open and returns its previous value. When the flag goes from nonzero
 // to 0 the log file is closed. It does not stop logging.

@@ -1,6 +1,7 @@
 #include "store/queries.h"
 
 #include "config/settings.h"
+#include "store/mutators.h"
 #include "store/name_index.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
@@ -21,6 +22,11 @@ TimeVal CachedItemsDuration(Pattern *pattern) {
     return pattern->durationValid() ? pattern->duration : ItemsDuration(pattern);
 }
 
+// Within a replay of the log a reference may name a pattern that is not in use; it counts as empty.
+TimeVal LengthOfTarget(const PatternItem &item) {
+    return PatternInUse(item.patternId()) ? CachedItemsDuration(PatternFromId(item.patternId())) : 0;
+}
+
 // One item after the other.
 TimeVal SumOfItems(const Pattern *pattern) {
     TimeVal total = 0;
@@ -30,7 +36,7 @@ TimeVal SumOfItems(const Pattern *pattern) {
             total = TimeAdd(total, item.duration());
             continue;
         }
-        TimeVal d = CachedItemsDuration(PatternFromId(item.patternId()));
+        TimeVal d = LengthOfTarget(item);
         if (d == TIME_FOREVER || item.repeat() == REPEAT_FOREVER) {
             total = TIME_FOREVER;
         } else if (total != TIME_FOREVER && d != 0) {
@@ -40,6 +46,10 @@ TimeVal SumOfItems(const Pattern *pattern) {
     return total;
 }
 
+bool IsNode(uint16_t id) {
+    return PatternInUse(id) && PatternFromId(id)->hasProperties();
+}
+
 // Side by side: a bus exists as long as all of its members do.
 TimeVal ShortestMember(const Pattern *pattern) {
     TimeVal total = pattern->itemCount ? TIME_FOREVER : 0;
@@ -47,9 +57,8 @@ TimeVal ShortestMember(const Pattern *pattern) {
         const PatternItem &item = pattern->item(i);
         TimeVal v = item.duration();
         if (item.isReference()) {
-            Pattern *target = PatternFromId(item.patternId());
-            TimeVal d = CachedItemsDuration(target);
-            if (target->hasProperties()) d = PatternDuration(target);
+            TimeVal d = LengthOfTarget(item);
+            if (IsNode(item.patternId())) d = PatternDuration(PatternFromId(item.patternId()));
             v = TimeMul(d, item.scale());
         }
         total = TimeMin(total, v);
@@ -72,9 +81,11 @@ TimeVal LongerOf(TimeVal longest, Pattern *pattern) {
 }
 
 bool RefersToInvalid(const Pattern *pattern) {
+    if (ReferenceItems(pattern) == 0) return false;
     for (uint32_t i = 0; i < pattern->itemCount; ++i) {
         const PatternItem &item = pattern->item(i);
-        if (item.isReference() && !PatternFromId(item.patternId())->durationValid()) return true;
+        if (!item.isReference() || !PatternInUse(item.patternId())) continue;
+        if (!PatternFromId(item.patternId())->durationValid()) return true;
     }
     return false;
 }
@@ -189,6 +200,7 @@ int IsPatternReferenced(uint16_t id) {
     for (uint32_t user = HighestPatternId; user >= 1; --user) {
         if (!PatternInUse(user)) continue;
         const Pattern *pattern = PatternFromId(user);
+        if (ReferenceItems(pattern) == 0) continue;
         for (uint32_t i = 0; i < pattern->itemCount; ++i) {
             if (pattern->item(i).isReference() && pattern->item(i).patternId() == id) return 1;
         }

@@ -117,6 +117,12 @@ bool NeedsPlus(const Pattern *pattern, uint32_t index) {
     return false;
 }
 
+// The reader takes "##" at the end of a node alone; elsewhere the number says the same.
+bool ReadsForever(const Pattern *pattern, uint32_t index) {
+    return pattern->hasProperties() && index + 1 == pattern->itemCount &&
+           pattern->item(index).forcedFormat() == 0;
+}
+
 void AppendReference(const Pattern *pattern, uint32_t index) {
     const PatternItem &item = pattern->item(index);
     const Pattern *target = PatternFromId(item.patternId());
@@ -130,7 +136,7 @@ void AppendReference(const Pattern *pattern, uint32_t index) {
         Append(")");
     }
     if (item.scale() != 1) AppendMarked('*', item.scale());
-    if (item.repeat() == REPEAT_FOREVER) {
+    if (item.repeat() == REPEAT_FOREVER && ReadsForever(pattern, index)) {
         Append("## ");
     } else if (item.repeat() != 1) {
         AppendMarked('#', item.repeat());

@@ -5,6 +5,8 @@
 #include "display/renderer.h"
 #include "display/rows.h"
 #include "display/viewport.h"
+#include "edit/range_edits.h"
+#include "editlog/edit_log.h"
 #include "headless/headless.h"
 #include "headless/surface_cairo.h"
 #include "store/mutators.h"
@@ -103,6 +105,27 @@ void PaintOneRow(benchmark::State &state) {
     ClosePane();
 }
 
+// An edge in the middle of one row goes a unit to and fro, as the release of a drag leaves it behind.
+void MoveAnEdge(benchmark::State &state) {
+    OpenPane(ROWS);
+    DrawOverlay(true);
+    uint16_t id = WaveRows[ROWS / 2].PatternId;
+    TimeVal edge = 0;
+    for (uint32_t i = 0; i <= TRANSITIONS / 2; i++) edge += PatternFromId(id)->item(i).duration();
+    int32_t step = 1;
+    for (auto _ : state) {
+        TimeVal to = edge + static_cast<TimeVal>(step);
+        MoveEdge(PatternFromId(id), PatternFromId(id), TRANSITIONS / 2, 1, edge, to, 1, 0);
+        LogEndAction();
+        ValidateDurations();
+        RepaintChanged(false);
+        edge = to;
+        step = -step;
+    }
+    ClosePane();
+}
+
+BENCHMARK(MoveAnEdge)->Name("edit/one")->Unit(benchmark::kMicrosecond);
 BENCHMARK(MoveOverDenseRows)->Name("cursor/dense")->Unit(benchmark::kMicrosecond);
 BENCHMARK(MoveOverNothing)->Name("cursor/empty")->Unit(benchmark::kMicrosecond);
 BENCHMARK(RepaintOneChanged)->Name("repaint/one")->Unit(benchmark::kMicrosecond);

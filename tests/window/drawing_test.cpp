@@ -1,5 +1,6 @@
 // What the panels show: each kind of wave at its place and in its colour.
 
+#include "shell/command_ids.h"
 #include "window/editor.h"
 #include "window/expected.h"
 #include <gtest/gtest.h>
@@ -241,4 +242,27 @@ TEST_F(Drawing, WhatWasCoveredIsPaintedAgain) {
     editor->toFront();
     ASSERT_TRUE(editor->painted());
     EXPECT_TRUE(editor->picture() == before);
+}
+
+TEST_F(Drawing, TheRowsOfAnExpandedBusAreDrawnAtOnce) {
+    constexpr int BITS = 8;
+    ASSERT_TRUE(editor->plantSelectedRow(BUS));
+    editor->command(COMMAND_EXPAND_BUS);
+    ASSERT_TRUE(WaitFor([&] {
+        Picture names = PictureOfClient(editor->pane(2));
+        int last = ROWS + BITS - 1;
+        return names.count(colour::black, 0, last * sizes.rowHeight, names.width,
+                           (last + 1) * sizes.rowHeight) > 0;
+    }));
+    ASSERT_TRUE(editor->painted());
+    Picture expanded = PictureOfClient(editor->pane(3));
+    for (int row = ROWS; row < ROWS + BITS; ++row) {
+        EXPECT_GT(expanded.count(colour::blue, BESIDE_CURSOR, row * sizes.rowHeight, expanded.width,
+                                 (row + 1) * sizes.rowHeight),
+                  runLength(0, END_TIME) / 2)
+            << row;
+    }
+    editor->command(COMMAND_REDRAW);
+    ASSERT_TRUE(editor->painted());
+    EXPECT_TRUE(PictureOfClient(editor->pane(3)) == expanded);
 }

@@ -2,6 +2,7 @@
 
 #include "display/rows.h"
 #include "display/wave_view.h"
+#include "edit/edit_dialog.h"
 #include "editlog/edit_log.h"
 #include "window/map_file.h"
 #include <cstddef>
@@ -46,6 +47,11 @@ bool HasInk(const Picture &picture) {
     for (uint32_t pixel : picture.pixels)
         if (pixel != picture.pixels[0]) return true;
     return false;
+}
+
+// Only the floating dialog has these two together.
+bool IsEditDialog(HWND window) {
+    return GetDlgItem(window, EDIT_STATES) && GetDlgItem(window, EDIT_DURATION + EDIT_LABEL);
 }
 
 // Ends with the job every process in it, also those that the program started.
@@ -246,9 +252,16 @@ bool Editor::hasStrip(const std::string &text) const {
     return WaitFor([&] { return strip() && TextOf(strip()) == text; });
 }
 
-bool Editor::open() {
+bool Editor::open(bool keepEditDialog) {
     WaitFor([&] { return !running() || shownDialog() || (pane(3) && IsWindowVisible(pane(3))); });
     if (!running() || shownDialog() || !pane(3)) return false;
+    const uint8_t *state = address("CommandState");
+    uint16_t inForce = 0;
+    WaitFor([&] { return readMemory(state, &inForce, sizeof inForce) && inForce != 0 && Answers(frame()); });
+    if (!keepEditDialog && shownEditDialog()) {
+        PostMessageA(shownEditDialog(), WM_CLOSE, 0, 0);
+        if (!editDialogGone()) return false;
+    }
     toFront();
     return painted();
 }
@@ -266,10 +279,38 @@ bool Editor::painted() const {
     });
 }
 
-HWND Editor::shownDialog() const {
+std::vector<Dialog> Editor::dialogs() const {
+    std::vector<Dialog> found;
     for (HWND window : windows())
-        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsWindowEnabled(window)) return window;
+        // In this order: one that is going is hidden before it loses its controls.
+        if (ClassOf(window) == "#32770" && !IsEditDialog(window) && IsWindowVisible(window) &&
+            IsWindowEnabled(window))
+            found.push_back({window});
+    return found;
+}
+
+HWND Editor::shownEditDialog() const {
+    for (HWND window : windows())
+        if (ClassOf(window) == "#32770" && IsWindowVisible(window) && IsEditDialog(window)) return window;
     return nullptr;
+}
+
+Dialog Editor::editDialog() const {
+    Dialog found;
+    WaitFor([&] {
+        found.window = shownEditDialog();
+        return found.window != nullptr || !running();
+    });
+    return found;
+}
+
+bool Editor::editDialogGone() const {
+    return WaitFor([&] { return shownEditDialog() == nullptr; });
+}
+
+HWND Editor::shownDialog() const {
+    std::vector<Dialog> all = dialogs();
+    return all.empty() ? nullptr : all.front().window;
 }
 
 Dialog Editor::dialog(HWND before) const {
@@ -338,8 +379,25 @@ bool Editor::writeMemory(void *to, const void *bytes, size_t size) const {
 }
 
 void *Editor::plantBytes(const std::string &bytes) const {
-    void *place = VirtualAllocEx(process, nullptr, bytes.size(), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    return plant(bytes, PAGE_READWRITE);
+}
+
+void *Editor::plantCode(const std::string &bytes) const {
+    return plant(bytes, PAGE_EXECUTE_READWRITE);
+}
+
+void *Editor::plant(const std::string &bytes, DWORD protection) const {
+    void *place = VirtualAllocEx(process, nullptr, bytes.size(), MEM_COMMIT | MEM_RESERVE, protection);
     return writeMemory(place, bytes.data(), bytes.size()) ? place : nullptr;
+}
+
+void *Editor::exchangeCall(const std::string &name, void *code) const {
+    uint8_t *slot = address("__imp_" + name);
+    void *before = nullptr;
+    DWORD protection = 0;
+    if (!code || !readMemory(slot, &before, sizeof before)) return nullptr;
+    VirtualProtectEx(process, slot, sizeof code, PAGE_READWRITE, &protection);
+    return writeMemory(slot, &code, sizeof code) ? before : nullptr;
 }
 
 bool Editor::plantChange() const {
@@ -364,6 +422,14 @@ HWND Editor::window(const std::string &className) const {
     for (HWND window : windows())
         if (_stricmp(ClassOf(window).c_str(), className.c_str()) == 0) return window;
     return nullptr;
+}
+
+// "xor eax, eax" and "ret".
+FailingCall::FailingCall(const Editor &editor, const std::string &name)
+    : editor(editor), name(name), before(editor.exchangeCall(name, editor.plantCode("\x31\xC0\xC3"))) {}
+
+FailingCall::~FailingCall() {
+    if (before) editor.exchangeCall(name, before);
 }
 
 // --- input ----------------------------------------------------------------------------------------

@@ -48,10 +48,18 @@ public:
     Editor(const Editor &) = delete;
     Editor &operator=(const Editor &) = delete;
 
-    // Waits until the main window and the panels stand and are painted; false if they do not come.
-    bool open();
+    // Waits until the main window and the panels stand, the first command has run, and all is painted; false
+    // if they do not come. The floating dialog, which would lie over the panels, is closed, unless it is
+    // wanted.
+    bool open(bool keepEditDialog = false);
+    // Waits for the floating dialog of Edit mode; its window is null if it does not come. No other call that
+    // speaks of dialogs means this one.
+    Dialog editDialog() const;
+    bool editDialogGone() const;
     // Waits for a dialog other than `before`; its window is null if none comes.
     Dialog dialog(HWND before = nullptr) const;
+    // Those that are there now, the topmost first.
+    std::vector<Dialog> dialogs() const;
     // Waits until no dialog is there.
     bool dialogGone() const;
     // Waits until the program has ended by itself, and gives its exit code.
@@ -86,6 +94,10 @@ public:
     bool writeMemory(void *to, const void *bytes, size_t size) const;
     // Puts bytes into memory of the program; null if it cannot be had.
     void *plantBytes(const std::string &bytes) const;
+    void *plantCode(const std::string &bytes) const;
+    // Lets a call of Windows that the program imports go to `code`; gives where it went before, null if the
+    // program does not import it.
+    void *exchangeCall(const std::string &name, void *code) const;
     // Makes the document count as modified.
     bool plantChange() const;
     // Selects a row, as a click on it will do.
@@ -96,9 +108,25 @@ public:
 private:
     std::vector<HWND> windows() const;
     HWND shownDialog() const;
+    HWND shownEditDialog() const;
+    void *plant(const std::string &bytes, DWORD protection) const;
     HANDLE job = nullptr;
     HANDLE process = nullptr;
     DWORD processId = 0;
+};
+
+// As long as it lives, a call of Windows fails in the program: it does nothing and answers 0.
+class FailingCall {
+public:
+    FailingCall(const Editor &editor, const std::string &name);
+    ~FailingCall();
+    FailingCall(const FailingCall &) = delete;
+    FailingCall &operator=(const FailingCall &) = delete;
+
+private:
+    const Editor &editor;
+    std::string name;
+    void *before;
 };
 
 // Real input. Places are screen pixels.

@@ -33,7 +33,9 @@ protected:
         WaitFor([&] { return GetForegroundWindow() != editor->frame(); }, 3);
         if (ClassOf(GetForegroundWindow()) == "#32770") {
             Dialog box{GetForegroundWindow()};
-            EXPECT_NE(box.labels().back().find("The manual cannot be shown: "), std::string::npos);
+            std::string text = box.labels().back();
+            EXPECT_EQ(text.substr(0, 28), "The manual cannot be shown: ");
+            EXPECT_NE(text.find("\\manual\\"), std::string::npos) << text;
             PressKey(VK_RETURN);
             EXPECT_TRUE(editor->dialogGone());
         }
@@ -50,6 +52,14 @@ protected:
 
 TEST_F(HelpKeys, F1OpensTheManualAtTheModeInForce) {
     PressKey(VK_F2);
+    PressKey(VK_F1);
+    EXPECT_TRUE(opened("commands.html#command-214"));
+}
+
+TEST_F(HelpKeys, F1WorksFromInsideAFloatingDialog) {
+    PressKey(VK_F2);
+    editor->command(COMMAND_SHOW_WAVEFORM_DATA);
+    ASSERT_NE(editor->dialog().window, nullptr);
     PressKey(VK_F1);
     EXPECT_TRUE(opened("commands.html#command-214"));
 }

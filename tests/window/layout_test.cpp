@@ -105,6 +105,29 @@ TEST_F(Layout, TheTextWindowStandsHiddenInTheLowerRightCorner) {
     EXPECT_FALSE(IsWindowVisible(text));
 }
 
+TEST_F(Layout, TheTextWindowIsPulledOntoTheScreenAndKeptForTheNextStart) {
+    int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    RECT away = {width, height, width + 300, height + 200};
+    directory.write("config\\Kelvane.ini", "[windows]\r\nText-Pos=" + Text(away) + "\r\n");
+    Editor editor(directory, "one.wdl");
+    ASSERT_TRUE(editor.open());
+    HWND text = editor.window("ListBox");
+    int left = width - GetSystemMetrics(SM_CXSIZE) - 5, top = height - GetSystemMetrics(SM_CYCAPTION) - 5;
+    EXPECT_EQ(Text(PlaceOf(text)), Text({left, top, left + 300, top + 200}));
+    SetWindowPos(text, nullptr, 120, 90, 340, 210, SWP_NOZORDER | SWP_NOACTIVATE);
+    editor.close();
+    ASSERT_EQ(editor.ended(), 0u);
+    std::string ini = directory.read("config\\Kelvane.ini");
+    EXPECT_NE(ini.find("Text-Pos=120,90,460,300"), std::string::npos) << ini;
+}
+
+TEST_F(Layout, ANameColumnWiderThanTheScreenIsCut) {
+    directory.write("config\\Kelvane.ini", "[windows]\r\nName-Pos=0,0,30000,100\r\n");
+    Editor editor(directory, "one.wdl");
+    ASSERT_TRUE(WaitFor([&] { return editor.pane(3) != nullptr; }));
+    EXPECT_TRUE(NamesBecome(editor, GetSystemMetrics(SM_CXFULLSCREEN) - 2 * GetSystemMetrics(SM_CXVSCROLL)));
+}
+
 TEST_F(Layout, TheMessageWindowIsNeverShown) {
     Editor editor(directory, "one.wdl");
     ASSERT_TRUE(editor.open());

@@ -22,6 +22,7 @@ protected:
     }
     // Chooses the command in the menu, and gives the window.
     Dialog open() const {
+        editor->toFront();
         PressKey('T', {VK_MENU});
         PressKey('S');
         Dialog dialog = editor->dialog();
@@ -118,6 +119,17 @@ TEST_F(ListingWindow, StandsWhereItWasClosed) {
     EXPECT_EQ(place.bottom, 505);
 }
 
+TEST_F(ListingWindow, AChosenLineChangesNothing) {
+    ASSERT_TRUE(editor->plantSelectedRow(0));
+    Dialog listing = open();
+    ExpectLines(listing, LINES_OF_A);
+    RECT place = PlaceOf(GetDlgItem(listing.window, LIST));
+    for (int click = 0; click < 2; ++click) ClickAt(place.left + 20, place.top + 20);
+    ExpectLines(listing, LINES_OF_A);
+    EXPECT_EQ(editor->dialog().window, listing.window);
+    EXPECT_EQ(editor->title(), "Kelvane - rows");
+}
+
 TEST_F(ListingWindow, EscapeClosesIt) {
     open();
     PressKey(VK_ESCAPE);
@@ -129,4 +141,45 @@ TEST_F(ListingWindow, LeavesWithTheProgram) {
     open();
     editor->close();
     EXPECT_EQ(editor->ended(), 0u);
+}
+
+TEST(LongListing, ScrollsSidewaysAsFarAsItsWidestLine) {
+    TestDirectory directory;
+    directory.write("long.wdl",
+                    "%ENDTIME = 40;\n" + std::string(200, 'W') +
+                        " { In Default None 0 1 50 } = 0 10;\nA { In Default None 0 1 50 } = 1 5;\n");
+    directory.write("long.kel", "Wave " + std::string(200, 'W') + "\nWave A\n");
+    Editor editor(directory, "long.wdl");
+    ASSERT_TRUE(editor.open());
+    PressKey(VK_UP);
+    editor.command(COMMAND_SHOW_WAVEFORM_DATA);
+    HWND list = GetDlgItem(editor.dialog().window, LIST);
+    auto extent = [&] { return SendMessageA(list, LB_GETHORIZONTALEXTENT, 0, 0); };
+    RECT client = {};
+    GetClientRect(list, &client);
+    EXPECT_TRUE(WaitFor([&] { return extent() > 2 * client.right; })) << extent();
+    editor.toFront();
+    PressKey(VK_DOWN);
+    EXPECT_TRUE(WaitFor([&] { return extent() < client.right; })) << extent();
+}
+
+TEST(LongListing, IsCutWhereNobodyReadsOn) {
+    // Each pattern uses the one before twice.
+    TestDirectory directory;
+    std::string text = "%ENDTIME = 40;\n$p0 = 1 1;\n";
+    for (int i = 1; i < 30; ++i) {
+        std::string before = " $p" + std::to_string(i - 1);
+        text += "$p" + std::to_string(i) + " =" + before + before + " ;\n";
+    }
+    directory.write("deep.wdl", text + "A { In Default None 0 1 50 } = $p29 ;\n");
+    directory.write("deep.kel", "Wave A\n");
+    Editor editor(directory, "deep.wdl");
+    ASSERT_TRUE(editor.open());
+    PressKey(VK_UP);
+    editor.command(COMMAND_SHOW_WAVEFORM_DATA);
+    HWND list = GetDlgItem(editor.dialog().window, LIST);
+    EXPECT_TRUE(WaitFor([&] { return SendMessageA(list, LB_GETCOUNT, 0, 0) == 20000; }))
+        << SendMessageA(list, LB_GETCOUNT, 0, 0);
+    editor.close();
+    EXPECT_EQ(editor.ended(), 0u);
 }

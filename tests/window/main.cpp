@@ -1,11 +1,15 @@
 // Runs the window tests, or, asked for a picture, shows one file in the editor:
 //
 //   window_tests [--program=KELVANE.EXE] [GoogleTest's options]
-//   window_tests [--program=KELVANE.EXE] [--config=DIRECTORY] --picture=OUT.png FILE
+//   window_tests [--program=KELVANE.EXE] [--config=DIRECTORY] [--scene=SCENE] --picture=OUT.png FILE
 //
-// The picture shows the program with its start settings, or with a copy of those in DIRECTORY.
+// The picture shows the program with its start settings, or with a copy of those in DIRECTORY. A SCENE is
+// "readout", the main window with the cursor on a bus and the mark before it, "hierarchy", the window that
+// lists what a wave is made of, or "selected", the main window with a bus value selected.
 
+#include "shell/command_ids.h"
 #include "window/editor.h"
+#include "window/expected.h"
 #include <cstdio>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -15,6 +19,7 @@ namespace {
 constexpr const char *PROGRAM_OPTION = "--program=";
 constexpr const char *PICTURE_OPTION = "--picture=";
 constexpr const char *CONFIG_OPTION = "--config=";
+constexpr const char *SCENE_OPTION = "--scene=";
 
 std::string BesideThisProgram(const char *name) {
     char path[MAX_PATH] = "";
@@ -30,9 +35,41 @@ void TellDialog(const Editor &editor) {
     for (const std::string &text : dialog.labels()) fprintf(stderr, "    %s\n", text.c_str());
 }
 
-// Opens the file, saves the picture of the main window once it is painted, and closes the program as a user
-// does. The exit status.
-int TakePicture(const std::string &file, const std::string &config, const std::string &out) {
+// Clicks in a row of a panel, `part` (0 to 1) of its width from its left.
+void ClickRow(const Editor &editor, int pane, int row, double part) {
+    RECT place = PlaceOf(editor.pane(pane));
+    int height = ExpectedSizes().rowHeight;
+    ClickAt(place.left + static_cast<int>((place.right - place.left) * part),
+            place.top + row * height + height / 2);
+    editor.painted();
+}
+
+// Brings the scene about, and gives the window to be shown; null if that fails.
+HWND Arrange(const Editor &editor, const std::string &scene) {
+    constexpr int WAVES = 3, NAMES = 2;
+    if (scene == "readout") {
+        constexpr int BUS = 7; // of examples/formats.wdl
+        editor.command(COMMAND_QUERY_MODE);
+        ClickRow(editor, WAVES, BUS, 0.12);
+        editor.command(COMMAND_PLACE_MARK);
+        ClickRow(editor, WAVES, BUS, 0.3);
+    } else if (scene == "hierarchy") {
+        constexpr int MOSI = 2; // of examples/spi.wdl
+        ClickRow(editor, NAMES, MOSI, 0.5);
+        editor.command(COMMAND_SHOW_WAVEFORM_DATA);
+        return editor.dialog().window;
+    } else if (scene == "selected") {
+        constexpr int COUNT = 7; // of examples/clock.wdl
+        ClickRow(editor, WAVES, COUNT, 0.2);
+    } else if (!scene.empty()) {
+        return nullptr;
+    }
+    return editor.painted() ? editor.frame() : nullptr;
+}
+
+// Opens the file, saves the picture of the scene, and closes the program as a user does. The exit status.
+int TakePicture(const std::string &file, const std::string &config, const std::string &scene,
+                const std::string &out) {
     TestDirectory directory;
     std::error_code failure;
     if (!config.empty()) std::filesystem::copy(config, directory.file("config"), failure);
@@ -46,7 +83,12 @@ int TakePicture(const std::string &file, const std::string &config, const std::s
         TellDialog(editor);
         return 1;
     }
-    if (!WritePng(editor.picture(), out)) {
+    HWND shown = Arrange(editor, scene);
+    if (!shown) {
+        fprintf(stderr, "The scene cannot be shown: %s\n", scene.c_str());
+        return 1;
+    }
+    if (!WritePng(PictureOfWindow(shown), out)) {
         fprintf(stderr, "The picture cannot be written: %s\n", out.c_str());
         return 1;
     }
@@ -65,7 +107,7 @@ int main(int argc, char **argv) {
     GetDesktopWindow();
     testing::InitGoogleTest(&argc, argv);
     ProgramPath = BesideThisProgram("kelvane.exe");
-    std::string picture, config;
+    std::string picture, config, scene;
     int i = 1;
     for (; i < argc; ++i) {
         std::string argument = argv[i];
@@ -75,6 +117,8 @@ int main(int argc, char **argv) {
             picture = argument.substr(strlen(PICTURE_OPTION));
         else if (argument.starts_with(CONFIG_OPTION))
             config = argument.substr(strlen(CONFIG_OPTION));
+        else if (argument.starts_with(SCENE_OPTION))
+            scene = argument.substr(strlen(SCENE_OPTION));
         else
             break;
     }
@@ -83,5 +127,5 @@ int main(int argc, char **argv) {
         fprintf(stderr, "A picture needs a FILE\n");
         return 2;
     }
-    return TakePicture(argv[i], config, picture);
+    return TakePicture(argv[i], config, scene, picture);
 }

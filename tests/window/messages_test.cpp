@@ -2,6 +2,7 @@
 
 #include "shell/command_ids.h"
 #include "window/editor.h"
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -81,6 +82,34 @@ TEST_F(Messages, AReadOnlyFileIsToldOfAndEndsTheProgram) {
     EXPECT_TRUE(alert.has(ALERT_ICON));
     editor.shoot("alert-read-only-at-start", alert.window);
     alert.click(FIRST_BUTTON);
+    EXPECT_EQ(editor.ended(), 0u);
+}
+
+TEST_F(Messages, AnAlertIsMeasuredByItsTextsAndHasNothingElse) {
+    SetFileAttributesA(directory.file("good.wdl").c_str(), FILE_ATTRIBUTE_READONLY);
+    Editor editor(directory, "good.wdl");
+    Dialog alert = editor.dialog();
+    ASSERT_NE(alert.window, nullptr);
+    for (int id : {2, 4, 5}) EXPECT_FALSE(alert.has(id)) << id;
+    auto place = [&](int id) { return PlaceIn(alert.window, GetDlgItem(alert.window, id)); };
+    auto height = [](const RECT &r) { return static_cast<int>(r.bottom - r.top); };
+    auto width = [](const RECT &r) { return static_cast<int>(r.right - r.left); };
+    int bx = LOWORD(GetDialogBaseUnits()), by = HIWORD(GetDialogBaseUnits());
+    RECT first = place(0), second = place(1), icon = place(ALERT_ICON), button = place(FIRST_BUTTON), client;
+    GetClientRect(alert.window, &client);
+    int text = 2 * height(first) + 2 * by / 8, tall = std::max(text, height(icon));
+    int textPad = tall - text, wide = width(second) + 8 * bx / 4 + width(icon);
+    EXPECT_EQ(icon.left, 6 * bx / 4);
+    EXPECT_EQ(icon.top, 6 * by / 8 + (tall - height(icon)) / 2);
+    EXPECT_EQ(first.left, icon.right + 8 * bx / 4);
+    EXPECT_EQ(first.top, 6 * by / 8 + textPad / 2);
+    EXPECT_EQ(second.left, first.left);
+    EXPECT_EQ(second.top, first.bottom + 2 * by / 8);
+    EXPECT_EQ(client.right, wide + 12 * bx / 4);
+    EXPECT_EQ(client.bottom, tall + 18 * by / 8 + height(button));
+    EXPECT_EQ(button.left, 6 * bx / 4 + (wide - width(button)) / 2);
+    EXPECT_EQ(button.top, second.bottom + 6 * by / 8 + (textPad + 1) / 2);
+    PressKey(VK_RETURN);
     EXPECT_EQ(editor.ended(), 0u);
 }
 

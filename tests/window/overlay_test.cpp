@@ -43,6 +43,8 @@ protected:
         directory.write("waves.wdl", DOCUMENT);
         directory.write("waves.kel", WAVE_LIST);
         directory.write("config\\Kelvane.ini", "[windows]\r\nMain-Pos=20,20,1000,640\r\n");
+        // Beside the window to come, as the ruler's marker follows the mouse.
+        MoveMouse(GetSystemMetrics(SM_CXSCREEN) - 2, GetSystemMetrics(SM_CYSCREEN) - 2);
         editor = std::make_unique<Editor>(directory, "waves.wdl");
         ASSERT_TRUE(editor->open());
     }

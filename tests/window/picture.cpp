@@ -117,7 +117,11 @@ Picture PictureOfScreen(const RECT &rect) {
     void *bits = nullptr;
     HBITMAP bitmap = CreateDIBSection(memory, &form, DIB_RGB_COLORS, &bits, nullptr, 0);
     HGDIOBJ before = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, picture.width, picture.height, screen, rect.left, rect.top, SRCCOPY);
+    // To copy what lies beside the screen, as the frame of a maximized window does, can fail as a whole.
+    RECT part = {}, whole = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    IntersectRect(&part, &rect, &whole);
+    BitBlt(memory, part.left - rect.left, part.top - rect.top, part.right - part.left, part.bottom - part.top,
+           screen, part.left, part.top, SRCCOPY);
     GdiFlush();
     const auto *source = static_cast<const uint32_t *>(bits);
     for (size_t i = 0; i < picture.pixels.size(); ++i) picture.pixels[i] = source[i] & 0xFFFFFF;

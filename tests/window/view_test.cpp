@@ -1,10 +1,8 @@
 // The view driven with real mouse and keyboard: zooming, panning, jumping, the mark, picking rows, the wheel,
 // and a file that is dropped.
 
-#include "display/wave_view.h"
 #include "shell/command_ids.h"
-#include "window/editor.h"
-#include "window/expected.h"
+#include "window/view_driver.h"
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
@@ -12,102 +10,13 @@ namespace {
 
 constexpr int TICK_OF_TENTH = 10;
 
-class Viewing : public testing::Test {
+class Viewing : public ViewDriver {
 protected:
     void SetUp() override {
-        std::string text = "%ENDTIME = 400000;\n", list;
-        for (int i = 0; i < 40; ++i) {
-            std::string name = "NODE" + std::to_string(100 + i);
-            text += name + " { In Default None 0 1 50 } = 0 " + std::to_string(8000 * (i + 1)) +
-                    " 1 8000 0 50000;\n";
-            list += "Wave " + name + "\n";
-        }
-        directory.write("many.wdl", text);
-        directory.write("many.kel", list);
         directory.write("one.wdl", "%ENDTIME = 40;\nA { In Default None 0 1 50 } = 0 10 1 10;\n");
-        directory.write("config\\Kelvane.ini", "[windows]\r\nMain-Pos=0,0,900,480\r\n");
-        editor = std::make_unique<Editor>(directory, "many.wdl");
-        ASSERT_TRUE(editor->open());
+        openManyRows();
     }
-
-    WaveViewRecord view() const {
-        WaveViewRecord record = {};
-        editor->readMemory(editor->address("WaveView"), &record, sizeof record);
-        return record;
-    }
-    bool promptIs(const std::string &text) const {
-        return WaitFor([&] { return prompt() == text; }, 10);
-    }
-    std::string prompt() const {
-        char text[256] = "";
-        editor->readMemory(editor->address("PromptText"), text, sizeof text);
-        text[255] = 0;
-        return text;
-    }
-    // The view after something was done, once it has come true or stands still.
-    testing::AssertionResult becomes(const std::function<bool(const WaveViewRecord &)> &wanted) const {
-        if (WaitFor([&] { return wanted(view()); }, 10)) return testing::AssertionSuccess();
-        WaveViewRecord now = view();
-        return testing::AssertionFailure()
-               << "scale " << now.Scale << " left " << now.ViewLeft << " cursor " << now.CursorTime
-               << " mark " << now.MarkTime << " row " << now.SelectRow << " top " << now.TopRow << " prompt "
-               << prompt();
-    }
-    testing::AssertionResult scaleBecomes(int32_t scale) const {
-        return becomes([scale](const WaveViewRecord &now) { return now.Scale == scale; });
-    }
-    testing::AssertionResult cursorBecomes(TimeVal time) const {
-        return becomes([time](const WaveViewRecord &now) { return now.CursorTime == time; });
-    }
-    POINT at(int pane, int x, int y) const {
-        POINT place = {x, y};
-        ClientToScreen(editor->pane(pane), &place);
-        return place;
-    }
-    void moveTo(int pane, int x, int y) const {
-        POINT place = at(pane, x, y);
-        MoveMouse(place.x, place.y);
-    }
-    void click(int x, int y, int pane = 3) const {
-        moveTo(pane, x, y);
-        PressButton(true);
-        ASSERT_TRUE(HasCapture(editor->pane(pane), true));
-        PressButton(false);
-        ASSERT_TRUE(HasCapture(editor->pane(pane), false));
-    }
-    void drag(int fromX, int toX) const {
-        moveTo(3, fromX, 50);
-        PressButton(true);
-        ASSERT_TRUE(HasCapture(editor->pane(3), true));
-        moveTo(3, (fromX + toX) / 2, 60);
-        moveTo(3, toX, 60);
-        PressButton(false);
-        ASSERT_TRUE(HasCapture(editor->pane(3), false));
-    }
-    static void clickRight() {
-        for (DWORD flag : {MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP}) sendMouse(flag);
-    }
-    static void turnWheel(int turn, WORD key = 0) {
-        if (key) sendKey(key, 0);
-        sendMouse(MOUSEEVENTF_WHEEL, turn);
-        if (key) sendKey(key, KEYEVENTF_KEYUP);
-    }
-    static void sendMouse(DWORD flags, int data = 0) {
-        INPUT input = {};
-        input.type = INPUT_MOUSE;
-        input.mi.dwFlags = flags;
-        input.mi.mouseData = static_cast<DWORD>(data);
-        SendInput(1, &input, sizeof input);
-    }
-    static void sendKey(WORD key, DWORD flags) {
-        INPUT input = {};
-        input.type = INPUT_KEYBOARD;
-        input.ki.wVk = key;
-        input.ki.wScan = static_cast<WORD>(MapVirtualKeyA(key, MAPVK_VK_TO_VSC));
-        input.ki.dwFlags = flags;
-        SendInput(1, &input, sizeof input);
-    }
-    // Drops a file on the main window, as the desktop does it: the list of names lies in the editor's memory.
+    // Drops files on the main window, as the desktop does it: the list of names lies in the editor's memory.
     bool drop(const std::vector<std::string> &paths) const {
         std::string bytes(sizeof(DROPFILES), '\0');
         reinterpret_cast<DROPFILES *>(bytes.data())->pFiles = sizeof(DROPFILES);
@@ -116,11 +25,6 @@ protected:
         void *list = editor->plantBytes(bytes);
         return list && PostMessageA(editor->frame(), WM_DROPFILES, reinterpret_cast<WPARAM>(list), 0);
     }
-    int rowMiddle(int row) const { return row * sizes.rowHeight + sizes.rowHeight / 2; }
-
-    TestDirectory directory;
-    std::unique_ptr<Editor> editor;
-    Expected sizes = ExpectedSizes();
 };
 
 } // namespace
@@ -213,14 +117,14 @@ TEST_F(Viewing, CtrlSShowsAClockPeriodAsAPixelAndGoesOnAsZoomIn) {
     int32_t before = view().Scale;
     click(300, 50);
     EXPECT_TRUE(becomes([&](const WaveViewRecord &now) { return now.Scale > before; }));
-    EXPECT_EQ(prompt().substr(0, 7), "Zoom In");
+    EXPECT_TRUE(promptIs("Zoom In - Pick Center Point"));
 }
 
 TEST_F(Viewing, TheRightButtonEndsAViewCommand) {
     PressKey('I', {VK_CONTROL});
     ASSERT_TRUE(promptIs("Zoom In - Pick Center Point or Corner of Zoom Window"));
     moveTo(3, 400, 50);
-    clickRight();
+    ClickOther(MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP);
     EXPECT_TRUE(WaitFor([&] { return prompt().starts_with("Time = "); }, 10));
     int32_t scale = view().Scale;
     click(300, 50);
@@ -230,7 +134,9 @@ TEST_F(Viewing, TheRightButtonEndsAViewCommand) {
 
 // --- the cursor, rows and the mark ----------------------------------------------------------------
 
-TEST_F(Viewing, AClickMovesTheCursorAndSelectsTheRow) {
+TEST_F(Viewing, AClickInQueryModeMovesTheCursorAndSelectsTheRow) {
+    PressKey(VK_F2);
+    ASSERT_TRUE(commandBecomes(COMMAND_QUERY_MODE));
     click(300, rowMiddle(2));
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRow == 2 && now.CursorTime > 0; }));
     TimeVal exact = 300u << -view().Scale;
@@ -239,15 +145,13 @@ TEST_F(Viewing, AClickMovesTheCursorAndSelectsTheRow) {
     editor->shoot("cursor-and-row");
 }
 
-TEST_F(Viewing, ClicksOnNamesSelectRowsAndShiftExtends) {
-    click(20, rowMiddle(1), 2);
-    EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRow == 1; }));
-    // A move would tell the system which keys are really held.
+TEST_F(Viewing, AClickOnANameSelectsTheRowAndADragTheRowsBetween) {
+    click(20, rowMiddle(2), 2);
+    EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRow == 2; }));
+    moveTo(2, 20, rowMiddle(1));
+    press(2);
     moveTo(2, 20, rowMiddle(4));
-    sendKey(VK_SHIFT, 0);
-    PressButton(true);
-    PressButton(false);
-    sendKey(VK_SHIFT, KEYEVENTF_KEYUP);
+    release(2);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectRowLast == 4; }));
     EXPECT_EQ(view().SelectRow, 1u);
     EXPECT_TRUE(editor->painted());
@@ -319,25 +223,25 @@ TEST_F(Viewing, ToTimeAsksForTheTime) {
 
 TEST_F(Viewing, TheWheelScrollsRowsAndTimeAndZooms) {
     moveTo(3, 100, 50);
-    turnWheel(-120);
+    TurnWheel(-120);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.TopRow > 0; }));
-    turnWheel(120);
+    TurnWheel(120);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.TopRow == 0; }));
     int32_t scale = view().Scale;
-    turnWheel(240, VK_CONTROL);
+    TurnWheel(240, VK_CONTROL);
     EXPECT_TRUE(scaleBecomes(scale + 2));
     EXPECT_NEAR(view().ViewLeft, 100.0 * (1 << -scale) - 100.0 * (1 << (-scale - 2)), 1 << -scale);
     TimeVal left = view().ViewLeft;
     EXPECT_TRUE(editor->painted());
-    turnWheel(-120, VK_SHIFT);
+    TurnWheel(-120, VK_SHIFT);
     EXPECT_TRUE(becomes([&](const WaveViewRecord &now) { return now.ViewLeft > left; }));
-    turnWheel(120, VK_SHIFT);
+    TurnWheel(120, VK_SHIFT);
     EXPECT_TRUE(becomes([&](const WaveViewRecord &now) { return now.ViewLeft == left; }));
 }
 
 TEST_F(Viewing, TheWheelWorksOverTheNamesToo) {
     moveTo(2, 20, 50);
-    turnWheel(-120);
+    TurnWheel(-120);
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.TopRow > 0; }));
 }
 

@@ -14,11 +14,13 @@ std::string Quoted(const std::string &word) {
 
 } // namespace
 
-CliRun RunCli(const std::vector<std::string> &arguments, const std::string &directory) {
+CliRun RunCli(const std::vector<std::string> &arguments, const std::string &directory,
+              const std::string &input) {
     ScratchDirectory scratch;
     std::string command = "cd " + Quoted(directory) + " && " + Quoted(KELVANE_CLI);
     for (const std::string &argument : arguments) command += " " + Quoted(argument);
-    command += " </dev/null >" + Quoted(scratch.file("out")) + " 2>" + Quoted(scratch.file("err"));
+    command +=
+        " <" + Quoted(input) + " >" + Quoted(scratch.file("out")) + " 2>" + Quoted(scratch.file("err"));
     int status = system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(scratch.file("out")),
             ReadWholeFile(scratch.file("err"))};

@@ -10,8 +10,9 @@ struct CliRun {
     std::string err;
 };
 
-// `directory` is the process's current one.
-CliRun RunCli(const std::vector<std::string> &arguments, const std::string &directory = ".");
+// `directory` is the process's current one, and `input` the file on its standard input.
+CliRun RunCli(const std::vector<std::string> &arguments, const std::string &directory = ".",
+              const std::string &input = "/dev/null");
 
 // The path of a file in examples/.
 std::string Example(const std::string &name);

@@ -6,8 +6,8 @@
 
 namespace {
 
-const std::vector<std::string> COMMANDS = {"check", "format",  "dump",  "segments",
-                                           "value", "listing", "render"};
+const std::vector<std::string> COMMANDS = {"check",   "format", "dump", "segments", "value",
+                                           "listing", "render", "log",  "recover",  "edit"};
 
 // A run that is refused: status, nothing on standard output, one line on standard error.
 void ExpectRefused(const CliRun &run, int status) {
@@ -118,7 +118,9 @@ TEST_F(Loading, RefusesWhatCannotBeRead) {
             std::vector<std::string> arguments = {command, file};
             if (command == "segments" || command == "value" || command == "listing") arguments.push_back("a");
             if (command == "value") arguments.push_back("1");
-            if (command == "render") arguments.insert(arguments.end(), {"-o", directory.file("x.png")});
+            if (command == "render" || command == "recover") {
+                arguments.insert(arguments.end(), {"-o", directory.file("x.png")});
+            }
             ExpectRefused(RunCli(arguments), 2);
         }
     }

@@ -3,6 +3,7 @@
 #include "display/composition.h"
 #include "display/primitives.h"
 #include "display/renderer.h"
+#include "edit/expand_bus.h"
 #include "store/mutators.h"
 #include <algorithm>
 
@@ -263,4 +264,36 @@ TEST_F(Composition, ANewRowIsDrawnByTheRepaintThatFollows) {
     ForgetCalls();
     RepaintChanged(false);
     EXPECT_EQ(erasedWaves(), std::vector{1});
+}
+
+TEST_F(Composition, TheRowsOfAnExpandedBusAreDrawn) {
+    makeRows(1);
+    uint16_t bus = MakeRow("D[1:0]", {{2, 1000}}, 2);
+    PatternFromId(bus)->setBus(true);
+    RepaintChanged(false);
+    WaveView.SelectRow = 1;
+    ForgetCalls();
+    ExpandSelectedBus();
+    EXPECT_EQ(RowNames(), (Names{"N0", "D[1:0]", "D[1]", "D[0]"}));
+    EXPECT_EQ(erasedWaves(), (std::vector{2, 3}));
+    Names drawn = Drawn();
+    for (uint32_t row : {2u, 3u}) {
+        int32_t y = row == 2 ? RowHigh(row) : RowLow(row);
+        EXPECT_NE(std::find(drawn.begin(), drawn.end(), Line(3, {{1000, y}, {0, y}})), drawn.end()) << row;
+    }
+    for (uint32_t row = 0; row < 4; row++) EXPECT_FALSE(RowPattern(row)->changed()) << row;
+}
+
+TEST_F(Composition, TwoRowsOfOnePatternDeepInsideAreBothRepainted) {
+    uint16_t top = MakeRow("TOP", {});
+    MakeRow("OTHER");
+    AppendRowOf(top);
+    uint16_t deep = MakePattern("$DEEP", {{0, 5}});
+    AddReference(top, {deep});
+    AppendRowOf(deep);
+    clearChanged();
+    ForgetCalls();
+    SetItemValue(PatternFromId(deep), 0, 1);
+    RepaintChanged(false);
+    EXPECT_EQ(erasedWaves(), (std::vector{0, 2, 3}));
 }

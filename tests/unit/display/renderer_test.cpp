@@ -273,6 +273,14 @@ TEST_F(Renderer, ARunTooFineToShowAtTheEndBecomesABand) {
     EXPECT_EQ(segment(coarse(150, 300, SegLast)), Calls{dense(100, 300)});
 }
 
+TEST_F(Renderer, BandsHaveTheColourOfTheNames) {
+    ColorSettings[WaveName] = 9;
+    MakeRow("S", {});
+    PrepareRowDraw(RowPattern(0), 0);
+    EXPECT_EQ(segment(coarse(0, 100, SegLast)), Calls{Hatch(9, 0, high, 100, low)});
+    ColorSettings[WaveName] = 15;
+}
+
 TEST_F(Renderer, ALastRunThatIsDrawnAlreadyHasNoBand) {
     MakeRow("S", {});
     PrepareRowDraw(RowPattern(0), 0);
@@ -300,7 +308,8 @@ TEST_F(Renderer, ARowOfFineItemsIsOneBand) {
 
 TEST_F(Renderer, ItemsOfTwoPixelsAreDrawn) {
     WaveView.Scale = -3;
-    EXPECT_EQ(scalar({{0, 16}, {1, 16}}).size(), 2u);
+    EXPECT_EQ(scalar({{0, 16}, {1, 16}}),
+              (Calls{Line(BLUE, {{2, low}, {0, low}}), Line(BLUE, {{4, high}, {2, high}, {2, low}})}));
     SetItemDuration(RowPattern(0), 0, 15);
     SetItemDuration(RowPattern(0), 1, 15);
     EXPECT_EQ(draw(), (Calls{dense(0, 3), dense(0, 3)}));

@@ -15,7 +15,12 @@ TEST_F(RowMetrics, FollowTheFontAndTheSettings) {
 }
 
 TEST_F(RowMetrics, TheFontsHeightIsMadeEven) {
-    EXPECT_EQ(WaveView.FontHeight % 2, 0);
+    Headless.fontHeight = 13;
+    InitWaveMetrics();
+    EXPECT_EQ(WaveView.FontHeight, 14);
+    Headless.fontHeight = 14;
+    InitWaveMetrics();
+    EXPECT_EQ(WaveView.FontHeight, 14);
 }
 
 TEST_F(RowMetrics, TooSmallSettingsAreRaisedForGood) {

@@ -95,6 +95,19 @@ TEST_F(RowNamesTest, AHighlightedRowIsHatchedUnderItsText) {
     EXPECT_EQ(drawn[1], Hatch(8, 0, 2, 100, WaveView.RowHeight));
 }
 
+TEST_F(RowNamesTest, ColoursFollowTheSettings) {
+    MakeRow("A");
+    WaveRows[0].setHighlighted(true);
+    ColorSettings[HighlightWave] = 4;
+    ColorSettings[WaveName] = 9;
+    ForgetCalls();
+    DrawRowName(0);
+    EXPECT_EQ(Drawn()[1], Hatch(4, 0, 2, 100, WaveView.RowHeight));
+    EXPECT_EQ(HeadlessSurface.calls.back().colour, 9);
+    ColorSettings[HighlightWave] = 8;
+    ColorSettings[WaveName] = 15;
+}
+
 TEST_F(RowNamesTest, ARowBelowTheListIsOnlyCleared) {
     MakeRow("A");
     DrawRowName(1);

@@ -3,6 +3,7 @@
 #include "display/primitives.h"
 #include "editlog/edit_log.h"
 #include "store/mutators.h"
+#include <algorithm>
 
 using RowList = Display;
 
@@ -295,6 +296,124 @@ TEST_F(RowList, HidingRedrawsOnlyFromTheLowestRowRemoved) {
     EXPECT_EQ(DrawnTexts(), Names{"N4  T"});
 }
 
+// --- what a change of the list shows ---
+
+namespace {
+
+const std::string WIDE(60, 'W');
+
+// More rows than the pane has room for.
+class LongRowList : public RowList {
+protected:
+    void SetUp() override {
+        RowList::SetUp();
+        MakeRows(60);
+        UpdateRowScrollBar();
+        ForgetCalls();
+    }
+    static int32_t rowBar() {
+        return Headless.bars[static_cast<int>(Pane::Wave)][static_cast<int>(ScrollBar::Vertical)].maximum;
+    }
+    static int32_t nameBar() {
+        return Headless.bars[static_cast<int>(Pane::Name)][static_cast<int>(ScrollBar::Horizontal)].maximum;
+    }
+    static int32_t hiddenRows() {
+        return static_cast<int32_t>(WaveView.RowCount) - static_cast<int32_t>(VisibleRows());
+    }
+    static int32_t hiddenNames() {
+        return WaveView.NameTextWidth + WaveView.FontCharWidth - WaveView.NameColumnWidth;
+    }
+    // The rows whose waves were erased, counted from the top of the list.
+    static RowSet drawnWaves() {
+        RowSet rows;
+        for (const SurfaceCall &call : HeadlessSurface.calls) {
+            if (call.kind != SurfaceCall::Kind::Fill || call.pane != Pane::Wave) continue;
+            if (call.rect.bottom - call.rect.top != WaveView.RowHeight) continue;
+            rows.push_back((static_cast<uint32_t>(call.rect.top) + WaveView.TopPixel) /
+                           static_cast<uint32_t>(WaveView.RowHeight));
+        }
+        return rows;
+    }
+    static void expectBarsFit() {
+        EXPECT_EQ(rowBar(), hiddenRows());
+        EXPECT_EQ(nameBar(), std::max(hiddenNames(), 1));
+    }
+};
+
+} // namespace
+
+TEST_F(LongRowList, AnInsertedRowChangesTheBars) {
+    AddWaveRow(MakePattern(WIDE.c_str()), 3);
+    EXPECT_EQ(WaveView.NameTextWidth, WidthOf(WIDE));
+    EXPECT_EQ(rowBar(), 61 - static_cast<int32_t>(VisibleRows()));
+    expectBarsFit();
+}
+
+TEST_F(LongRowList, AnInsertedRowIsDrawnWithThoseBelow) {
+    AddWaveRow(MakePattern("IN"), 20);
+    RowSet rows = drawnWaves();
+    ASSERT_FALSE(rows.empty());
+    EXPECT_EQ(rows.front(), 20u);
+    EXPECT_EQ(rows.back(), VisibleRows());
+    EXPECT_EQ(DrawnTexts()[0], "IN  T");
+    EXPECT_EQ(DrawnTexts()[1], "N20  T");
+}
+
+TEST_F(LongRowList, AnInsertedRowIsScrolledIntoView) {
+    AddWaveRow(MakePattern("IN"), 50);
+    EXPECT_GT(WaveView.TopRow, 0u);
+    EXPECT_LE(WaveView.TopRow, 50u);
+}
+
+TEST_F(LongRowList, AShownRowChangesTheBars) {
+    MakePattern(WIDE.c_str());
+    ShowWaveByName(WIDE.c_str());
+    EXPECT_EQ(rowBar(), 61 - static_cast<int32_t>(VisibleRows()));
+    expectBarsFit();
+}
+
+TEST_F(LongRowList, DuplicatesChangeTheBarAndAreScrolledIntoView) {
+    Highlight({0, 1});
+    DuplicateHighlightedRows();
+    EXPECT_EQ(rowBar(), 62 - static_cast<int32_t>(VisibleRows()));
+    EXPECT_GT(WaveView.TopRow, 0u);
+}
+
+TEST_F(LongRowList, ADuplicateThatNeedsNoScrollingChangesTheBarToo) {
+    ScrollRowsTo(60, false);
+    uint32_t top = WaveView.TopRow;
+    Highlight({0});
+    DuplicateHighlightedRows();
+    EXPECT_EQ(WaveView.TopRow, top);
+    EXPECT_EQ(rowBar(), 61 - static_cast<int32_t>(VisibleRows()));
+}
+
+TEST_F(LongRowList, HiddenRowsChangeTheBar) {
+    HideRow(4);
+    EXPECT_EQ(rowBar(), 59 - static_cast<int32_t>(VisibleRows()));
+    Highlight({0, 1});
+    HideHighlightedRows();
+    EXPECT_EQ(rowBar(), 57 - static_cast<int32_t>(VisibleRows()));
+}
+
+TEST_F(RowList, DuplicatesAreDrawn) {
+    MakeRows(3);
+    Highlight({1});
+    ForgetCalls();
+    DuplicateHighlightedRows();
+    EXPECT_EQ(DrawnTexts(), (Names{"N1  T", "N1  T"})); // the source's name, and the copy's
+    std::string erased = Fill(0, 0, 3 * WaveView.RowHeight, 999, 4 * WaveView.RowHeight - 1);
+    std::vector<std::string> drawn = Drawn();
+    EXPECT_NE(std::find(drawn.begin(), drawn.end(), erased), drawn.end());
+}
+
+TEST_F(RowList, NamesAreMeasuredOnTheirPanel) {
+    MakeRow("A");
+    ForgetCalls();
+    MeasureNameWidths();
+    EXPECT_EQ(SelectedPanes(), std::vector{Pane::Name});
+}
+
 // --- names, selection, handles ---
 
 TEST_F(RowList, TheWidestNameIsMeasured) {
@@ -370,6 +489,13 @@ TEST_F(LinkedRows, ANewRowAsksForEachNetOfItsBus) {
     EXPECT_EQ(WaveRows[0].NetHandles[0], 1u);
     EXPECT_EQ(WaveRows[0].NetHandles[1], 2u);
     EXPECT_EQ(WaveRows[0].NetHandles[2], 0u);
+}
+
+TEST_F(LinkedRows, AnInsertedRowAsksForItsNets) {
+    MakeRows(1);
+    AddWaveRow(MakePattern("IN"), 0);
+    EXPECT_EQ(askedNets, Names{"IN"});
+    EXPECT_EQ(WaveRows[0].netCount(), 1u);
 }
 
 TEST_F(LinkedRows, RebindingAsksForAllRowsInOrderBehindTheOldHandles) {

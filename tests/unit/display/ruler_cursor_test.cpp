@@ -56,6 +56,22 @@ TEST_F(RulerMarker, IsATriangleThatPointsAtTheMouseTime) {
               (std::vector<std::pair<int32_t, int32_t>>{{x, y}, {x - 4, y - 8}, {x + 4, y - 8}, {x, y}}));
 }
 
+TEST_F(RulerMarker, GrowsWithTheScreensResolution) {
+    Headless.screenMagnification = 1.5;
+    DrawRulerCursor(true);
+    int32_t x = 100 + 200 + 3, y = WaveView.RulerHeight - WaveView.FontHeight / 2;
+    EXPECT_EQ(triangle(),
+              (std::vector<std::pair<int32_t, int32_t>>{{x, y}, {x - 6, y - 12}, {x + 6, y - 12}, {x, y}}));
+    DrawRulerCursor(false);
+    ForgetCalls();
+    Headless.screenMagnification = 2.0;
+    CommandState.CursorMode = CURSOR_ZOOM | CURSOR_RANGE;
+    DrawRulerCursor(true);
+    const SurfaceCall *band = find(SurfaceCall::Kind::Invert);
+    ASSERT_NE(band, nullptr);
+    EXPECT_EQ(band->rect.top, WaveView.RulerHeight - 20);
+}
+
 TEST_F(RulerMarker, ShowsTheTimeRightAlignedInTheNameColumn) {
     DrawRulerCursor(true);
     PixelSize size = SurfaceTextSize("200 ps");

@@ -63,6 +63,15 @@ TEST_F(Ruler, TicksStandAtLeastEightPixelsApart) {
     EXPECT_EQ(minorAt(-26), 1000000000u);
 }
 
+TEST_F(Ruler, OnAFinerScreenTicksStandAsFarApartToTheEye) {
+    Headless.screenMagnification = 2.0;
+    EXPECT_EQ(minorAt(4), 1u);
+    EXPECT_EQ(minorAt(3), 2u);
+    EXPECT_EQ(minorAt(0), 20u);
+    WaveView.Scale = 4;
+    EXPECT_EQ(ChooseRulerSteps().label, 20u); // a long tick every 160 pixels is half of what a label needs
+}
+
 TEST_F(Ruler, AScreenTooNarrowForTwoTicksEndsTheSearch) {
     Headless.screenWidth = 4;
     EXPECT_EQ(minorAt(-26), TIME_FOREVER);
@@ -172,4 +181,14 @@ TEST_F(Ruler, DrawsShortLongAndLabelledTicks) {
     EXPECT_EQ(drawn[2], Line(15, {{origin + 8, bottom}, {origin + 8, bottom - font / 2}}));
     EXPECT_EQ(drawn[11], Line(15, {{origin + 80, bottom}, {origin + 80, bottom - font + 2}}));
     EXPECT_EQ(drawn[12], Line(15, {{origin + 80, bottom}, {origin + 80, bottom - font}}));
+}
+
+TEST_F(Ruler, HasTheColourOfTheNames) {
+    ColorSettings[WaveName] = 9;
+    WaveView.SpanEnd = 10;
+    DrawRuler();
+    ColorSettings[WaveName] = 15;
+    std::vector<std::string> drawn = DrawnOnTop();
+    ASSERT_FALSE(drawn.empty());
+    for (const std::string &call : drawn) EXPECT_TRUE(call.starts_with("9 ")) << call;
 }

@@ -129,3 +129,72 @@ TEST_F(CairoSurface, TheWidthOfATextIsThatOfItsLetters) {
     EXPECT_GT(TextWidth("\xE9"), 0);
     EXPECT_EQ(TextWidth("\x01"), TextWidth(" "));
 }
+
+// --- bitmaps that are kept ---
+
+namespace {
+
+// The pixels of colour red that a copy of a rectangle of the bitmap brings to (50, 30).
+int CopiedRed(PaneImage &image, const PixelRect &from) {
+    image.clear(WHITE);
+    SurfaceCopyFromBitmap(KeptBitmap::Tail, from, {50, 30});
+    return image.count(RED, {0, 0, 100, 60});
+}
+
+} // namespace
+
+TEST_F(CairoSurface, ABitmapIsDrawnOnInsteadOfThePane) {
+    ASSERT_TRUE(SurfaceKeepBitmap(KeptBitmap::Tail, {10, 5}));
+    SetDrawColour(3);
+    SetDrawToMemory(true);
+    SetDrawColour(6 + DOTTED);
+    FillBlock({0, 0, 9, 4});
+    SetDrawToMemory(false);
+    EXPECT_EQ(image().count(WHITE, {0, 0, 100, 60}), 6000);
+    EXPECT_EQ(CopiedRed(image(), {0, 0, 10, 5}), 50);
+    EXPECT_EQ(image().at(50, 30), RED);
+    EXPECT_EQ(image().at(59, 34), RED);
+}
+
+TEST_F(CairoSurface, ACopyEndsWithTheBitmapAndWithThePane) {
+    SurfaceKeepBitmap(KeptBitmap::Tail, {10, 5});
+    SetDrawToMemory(true);
+    SetDrawColour(6 + DOTTED);
+    FillBlock({0, 0, 9, 4});
+    SetDrawToMemory(false);
+    EXPECT_EQ(CopiedRed(image(), {0, 0, 1000, 1000}), 50);
+    EXPECT_EQ(CopiedRed(image(), {-5, -2, 10, 5}), 50);
+    EXPECT_EQ(image().at(54, 32), WHITE);
+    EXPECT_EQ(image().at(55, 32), RED);
+    EXPECT_EQ(CopiedRed(image(), {8, 4, 20, 20}), 2);
+    EXPECT_EQ(CopiedRed(image(), {10, 0, 20, 5}), 0);
+    EXPECT_EQ(CopiedRed(image(), {5, 0, 5, 5}), 0);
+    EXPECT_EQ(CopiedRed(image(), {9, 4, 0, 0}), 0);
+    image().clear(WHITE);
+    SurfaceCopyFromBitmap(KeptBitmap::Tail, {0, 0, 10, 5}, {-6, 58});
+    EXPECT_EQ(image().count(RED, {0, 0, 100, 60}), 8);
+    // The other way, a part of the pane into the middle of the bitmap and beyond it.
+    image().clear(BLUE);
+    SurfaceCopyToBitmap({90, 50, 200, 200}, KeptBitmap::Tail, {7, 3});
+    SurfaceCopyToBitmap({-3, -3, 1, 1}, KeptBitmap::Tail, {-3, -3});
+    EXPECT_EQ(CopiedRed(image(), {0, 0, 10, 5}), 50 - 6 - 1);
+}
+
+TEST_F(CairoSurface, ABitmapIsMadeAnewOnlyToGrow) {
+    EXPECT_TRUE(SurfaceKeepBitmap(KeptBitmap::Edges, {2, 20}));
+    EXPECT_FALSE(SurfaceKeepBitmap(KeptBitmap::Edges, {2, 20}));
+    EXPECT_FALSE(SurfaceKeepBitmap(KeptBitmap::Edges, {1, 5}));
+    EXPECT_TRUE(SurfaceKeepBitmap(KeptBitmap::Edges, {1, 21}));
+    EXPECT_FALSE(SurfaceKeepBitmap(KeptBitmap::Edges, {2, 21})); // the width has stayed
+    EXPECT_FALSE(SurfaceKeepBitmap(KeptBitmap::Tail, {0, 20}));
+    EXPECT_FALSE(SurfaceKeepBitmap(KeptBitmap::Tail, {20, -1}));
+}
+
+TEST_F(CairoSurface, WithoutABitmapNothingIsDrawnOrCopied) {
+    SetDrawToMemory(true);
+    FillBlock({0, 0, 50, 50});
+    SetDrawToMemory(false);
+    SurfaceCopyToBitmap({0, 0, 10, 10}, KeptBitmap::Tail, {0, 0});
+    EXPECT_EQ(CopiedRed(image(), {0, 0, 10, 10}), 0);
+    EXPECT_EQ(image().count(WHITE, {0, 0, 100, 60}), 6000);
+}

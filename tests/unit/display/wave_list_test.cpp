@@ -91,13 +91,17 @@ TEST_F(WaveList, TheLastLineNeedsNoLineFeed) {
 }
 
 TEST_F(WaveList, ALineEndsAt256Characters) {
-    std::string name(247, 'A');
-    MakePattern((name + "XXXX").c_str());
-    MakePattern((name + "XXXXY").c_str());
-    read("Wave " + name + "XXXX\n");
-    EXPECT_EQ(WaveView.RowCount, 1u);
-    read("Wave " + name + "XXXXYYYYYYWave CLK\n"); // the rest counts as a line of its own
-    EXPECT_EQ(WaveView.RowCount, 1u);
+    std::string name(251, 'A'); // fills the line behind "Wave "
+    MakePattern(name.c_str());
+    read("Wave " + name + "\n");
+    EXPECT_EQ(RowNames(), Names{name});
+}
+
+TEST_F(WaveList, TheRestOfALongerLineIsALineOfItsOwn) {
+    std::string name(251, 'A');
+    MakePattern(name.c_str());
+    read("Wave " + name + "Wave CLK\n");
+    EXPECT_EQ(RowNames(), (Names{name, "CLK"}));
 }
 
 TEST_F(WaveList, MoreThan256RowsAreReportedAndDropped) {

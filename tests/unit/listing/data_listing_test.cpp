@@ -24,6 +24,12 @@ protected:
             &lines);
         return lines;
     }
+    // The lines that a list with room for so many takes.
+    static uint32_t Taken(uint16_t id, int room) {
+        return ListPatternData(
+            PatternFromId(id),
+            [](const char *, void *context) { return (*static_cast<int *>(context))-- > 0; }, &room);
+    }
     uint16_t slices(const char *name, const std::vector<Use> &uses) {
         uint16_t id = MakePattern(name);
         for (const Use &use : uses) AddReference(id, use, PatternKind::Reference);
@@ -126,11 +132,19 @@ TEST_F(DataListing, UsesTheTopBitsStateTableForWhatIsNestedAndTheFirstForABus) {
 
 TEST_F(DataListing, CountsTheLinesThatWereTaken) {
     uint16_t id = MakePattern("A", {{0, 1}, {1, 1}, {0, 1}});
-    int room = 2;
-    uint32_t taken = ListPatternData(
-        PatternFromId(id), [](const char *, void *context) { return (*static_cast<int *>(context))-- > 0; },
-        &room);
-    EXPECT_EQ(taken, 2u);
+    EXPECT_EQ(Taken(id, 2), 2u);
+    EXPECT_EQ(Taken(id, 100), 4u);
+}
+
+TEST_F(DataListing, EndsWithTheFirstLineThatIsNotTaken) {
+    // Each pattern uses the one before twice, which makes more lines than anybody could wait for.
+    uint16_t id = MakePattern("$0", {{1, 1}});
+    for (int i = 1; i < 200; ++i) {
+        uint16_t outer = MakePattern(("$" + std::to_string(i)).c_str());
+        for (int use : {1, 2}) AddReference(outer, {.id = id, .scale = static_cast<uint16_t>(use)});
+        id = outer;
+    }
+    EXPECT_EQ(Taken(id, 1000), 1000u);
 }
 
 } // namespace

@@ -25,7 +25,7 @@ AlertMeasures Measures(std::vector<int> lines, std::vector<int> buttons, int ico
 }
 
 using Box = std::vector<int>;
-Box Of(const AlertRect &r) {
+Box Of(const AlertPlace &r) {
     return {r.x, r.y, r.width, r.height};
 }
 

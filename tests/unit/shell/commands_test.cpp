@@ -26,7 +26,7 @@ protected:
         InitHeadlessDialogs();
         InitCommands();
         InitMouseGesture();
-        EndModeGesture();
+        InitModeGestures();
         Headless.panesExist = true;
         DisplayOpen = 1;
     }
@@ -211,22 +211,18 @@ TEST_F(Commands, OnlyWhatIsBuiltIsEnabledWithoutASelection) {
     std::vector<uint32_t> enabled;
     for (auto [id, on] : MenuState())
         if (on) enabled.push_back(id);
-    EXPECT_EQ(enabled, (std::vector<uint32_t>{COMMAND_REDRAW,        COMMAND_ZOOM_FIT,
-                                              COMMAND_ZOOM_IN_STEP,  COMMAND_ZOOM_OUT_STEP,
-                                              COMMAND_ZOOM_IN,       COMMAND_ZOOM_OUT,
-                                              COMMAND_PAN,           COMMAND_FULL_FIT,
-                                              COMMAND_FULL_SCALE,    COMMAND_SHOW_WAVEFORM_DATA,
-                                              COMMAND_PLACE_MARK,    COMMAND_TO_TIME,
-                                              COMMAND_TO_START,      COMMAND_TO_END,
-                                              COMMAND_TICK_LEFT,     COMMAND_TICK_RIGHT,
-                                              COMMAND_TEN_LEFT,      COMMAND_TEN_RIGHT,
-                                              COMMAND_ROW_UP,        COMMAND_ROW_DOWN,
-                                              COMMAND_NEW,           COMMAND_OPEN,
-                                              COMMAND_SAVE,          COMMAND_SAVE_AS,
-                                              COMMAND_EXIT,          COMMAND_HELP,
-                                              COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH,
-                                              COMMAND_HELP_ON_HELP,  COMMAND_ABOUT,
-                                              COMMAND_QUERY_MODE,    COMMAND_EDIT_MODE}));
+    EXPECT_EQ(
+        enabled,
+        (std::vector<uint32_t>{
+            COMMAND_REDRAW,        COMMAND_ZOOM_FIT,    COMMAND_ZOOM_IN_STEP, COMMAND_ZOOM_OUT_STEP,
+            COMMAND_ZOOM_IN,       COMMAND_ZOOM_OUT,    COMMAND_PAN,          COMMAND_FULL_FIT,
+            COMMAND_FULL_SCALE,    COMMAND_UNDO,        COMMAND_REDO,         COMMAND_SHOW_WAVEFORM_DATA,
+            COMMAND_PLACE_MARK,    COMMAND_TO_TIME,     COMMAND_TO_START,     COMMAND_TO_END,
+            COMMAND_TICK_LEFT,     COMMAND_TICK_RIGHT,  COMMAND_TEN_LEFT,     COMMAND_TEN_RIGHT,
+            COMMAND_ROW_UP,        COMMAND_ROW_DOWN,    COMMAND_NEW,          COMMAND_OPEN,
+            COMMAND_SAVE,          COMMAND_SAVE_AS,     COMMAND_EXIT,         COMMAND_HELP,
+            COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH, COMMAND_HELP_ON_HELP, COMMAND_ABOUT,
+            COMMAND_QUERY_MODE,    COMMAND_EDIT_MODE}));
 }
 
 TEST_F(Commands, HideAndDuplicateNeedASelectedRow) {
@@ -371,6 +367,54 @@ TEST_F(Commands, TheScreenCommandsZoomAtOnce) {
     EXPECT_EQ(WaveView.Scale, -1);
     EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
     EXPECT_EQ(CommandState.CommandPhase, PHASE_IDLE);
+}
+
+TEST_F(Commands, AnInterruptedCommandGetsItsPlacesBack) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    WaveView.ZoomCentre = 123;
+    WaveView.ZoomAnchor = 45;
+    DispatchCommand(COMMAND_ZOOM_IN);
+    WaveView.ZoomCentre = WaveView.ZoomAnchor = 7;
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_EQ(WaveView.ZoomCentre, 123u);
+    EXPECT_EQ(WaveView.ZoomAnchor, 45u);
+}
+
+TEST_F(Commands, CtrlDEndsAViewCommandToo) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_FULL_FIT);
+    DispatchCommand(COMMAND_CANCEL);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+    EXPECT_FALSE(CommandState.ViewCommandSaved);
+}
+
+TEST_F(Commands, ANumberAmongTheViewCommandsThatIsNoneEndsAsTheyDo) {
+    for (int id : {20, 28, 40, 48}) {
+        DispatchCommand(COMMAND_EDIT_MODE);
+        DispatchCommand(id);
+        EXPECT_TRUE(CommandState.ViewCommandSaved);
+        DispatchCommand(COMMAND_QUERY_MODE);
+        EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE) << id;
+        EXPECT_FALSE(CommandState.ViewCommandSaved) << id;
+    }
+}
+
+TEST_F(Commands, WithoutPanelsTheScreenCommandsDoNothing) {
+    Headless.panesExist = false;
+    WaveView.SpanEnd = 4000;
+    WaveView.WavePaneWidth = 1000;
+    DispatchCommand(COMMAND_ZOOM_FIT);
+    EXPECT_EQ(WaveView.Scale, 0);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+}
+
+TEST_F(Commands, TheEndOfAViewCommandTakesItsPromptAway) {
+    Headless.panesExist = false; // nothing else to tell
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_PAN);
+    EXPECT_STREQ(PromptText, "Pan - Pick Center Point");
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_STREQ(PromptText, "");
 }
 
 // --- a file that is dropped -----------------------------------------------------------------------

@@ -5,7 +5,9 @@
 #include "display/wave_view.h"
 #include "headless/headless.h"
 #include "shell/reporting.h"
+#include "store/mutators.h"
 #include "store/pattern_store.h"
+#include "store/state_table.h"
 #include "unit/support/fresh_store.h"
 
 namespace {
@@ -68,6 +70,51 @@ TEST_F(CursorReadout, CountsClockCyclesOfAClockedNode) {
     EXPECT_EQ(At(4).find("Cycle"), std::string::npos);
     Settings.ClockMultiplier = 65537;
     EXPECT_EQ(At(25).find("Cycle"), std::string::npos);
+}
+
+TEST_F(CursorReadout, CountsNoCyclesWithoutBothFormatAndClock) {
+    uint16_t id = MakePattern("A", {{0, 100}});
+    Settings.ClockMultiplier = 10;
+    Select("A");
+    PatternFromId(id)->setClock(1);
+    EXPECT_EQ(At(25), "Time = 25 ps - Level = Low");
+    PatternFromId(id)->setClock(0);
+    PatternFromId(id)->setFormat(2);
+    EXPECT_EQ(At(25).find("Cycle"), std::string::npos);
+}
+
+TEST_F(CursorReadout, CountsCyclesFromTheDelayOn) {
+    uint16_t id = MakePattern("A", {{0, 100}});
+    PatternFromId(id)->setFormat(1);
+    PatternFromId(id)->setClock(1);
+    PatternFromId(id)->delay = 25;
+    Settings.ClockMultiplier = 10;
+    Select("A");
+    EXPECT_EQ(At(25).substr(0, 26), "Time = 25 ps - Cycle = 2 -");
+    EXPECT_EQ(At(24).find("Cycle"), std::string::npos);
+}
+
+TEST_F(CursorReadout, TellsThePhaseOfAClockedFormatWhereItIsShown) {
+    uint16_t id = MakePattern("A", {{1, 10}});
+    SetPatternParams(PatternFromId(id), 0, 0, static_cast<uint32_t>(SignalFormat::RZ), 10, 50, 0);
+    Select("A");
+    Settings.ShowSyncActivity = false;
+    std::string plain = At(7);
+    Settings.ShowSyncActivity = true;
+    EXPECT_EQ(plain, "Time = 7 ps - Level = High");
+    EXPECT_EQ(At(7), "Time = 7 ps - Level = Low");
+}
+
+TEST_F(CursorReadout, NamesTheLevelByTheWavesOwnStateTable) {
+    StateTable *table = AllocStateTable(2);
+    ASSERT_NE(table, nullptr);
+    table->rowCount = 2;
+    table->rows()[0] = {0, 4, 'L', "Driven low", "L"};
+    table->rows()[1] = {1, 4, 'H', "Driven high", "H"};
+    uint16_t id = MakePattern("A", {{1, 10}});
+    SetPatternParams(PatternFromId(id), 1, 0, 0, 1, 50, 0);
+    Select("A");
+    EXPECT_EQ(At(5), "Time = 5 ps - Level = Driven high");
 }
 
 TEST_F(CursorReadout, EnablesExpandBusByTheSelection) {

@@ -6,6 +6,7 @@
 #include "headless/data_listing.h"
 #include "headless/headless.h"
 #include "shell/commands.h"
+#include "store/pattern_store.h"
 #include "unit/support/fresh_store.h"
 
 namespace {
@@ -19,10 +20,11 @@ protected:
         InitHeadlessListing();
         InitCommands();
         Headless.panesExist = true;
-        DisplayOpen = 1;
         MakePattern("A", {{0, 10}});
         MakePattern("B", {{1, 20}});
         for (const char *name : {"A", "B"}) ShowWaveByName(name);
+        // From here on a row that is shown is a change.
+        DisplayOpen = 1;
     }
     void TearDown() override {
         CloseDataListing();
@@ -114,6 +116,16 @@ TEST_F(DataListingWindow, StaysClosedAndUntouchedUntilItIsOpened) {
     EXPECT_EQ(HeadlessListing.redraws, 0);
 }
 
+TEST_F(DataListingWindow, HoldsTheLogOpenWhileItIsFilledForTheFirstTime) {
+    OpenDataListing();
+    EXPECT_TRUE(HeadlessListing.logHeld);
+    FillDataListing();
+    EXPECT_FALSE(HeadlessListing.logHeld);
+    LogHoldOpen(1);
+    ChooseDataListingLine();
+    EXPECT_EQ(LogHoldOpen(0), 1) << "a choice leaves the log as it was";
+}
+
 TEST_F(DataListingWindow, IsCutWhereTheListIsFull) {
     HeadlessListing.room = 1;
     SelectRowOnly(0, true);
@@ -123,9 +135,22 @@ TEST_F(DataListingWindow, IsCutWhereTheListIsFull) {
     EXPECT_TRUE(Headless.programErrors.empty());
 }
 
+TEST_F(DataListingWindow, IsCutWhereNobodyReadsOn) {
+    uint16_t id = MakePattern("LONG");
+    for (uint32_t i = 0; i < 2000; ++i) AddTransition(id, i % 2, 1);
+    uint16_t outer = MakePattern("OUTER");
+    for (int i = 0; i < 12; ++i) AddReference(outer, {.id = id});
+    ShowWaveByName("OUTER");
+    SelectRowOnly(2, true);
+    OpenDataListing();
+    EXPECT_EQ(Shown().size(), 20000u);
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
 TEST_F(DataListingWindow, IsEmptiedWithTheDocument) {
     SelectRowOnly(0, true);
     OpenDataListing();
+    Headless.alertAnswers = {2}; // the rows need not be saved
     OpenDocument("", true);
     EXPECT_EQ(Shown(), Lines{});
 }

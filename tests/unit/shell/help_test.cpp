@@ -116,6 +116,30 @@ TEST_F(Help, TheHelpFileIsTakenWhereItExists) {
     EXPECT_TRUE(HeadlessHelp.pages.empty());
 }
 
+TEST_F(Help, AHelpFileBesideTheProgramIsTakenWithoutADirectory) {
+    char program[MAX_PATH_SIZE];
+    ProgramDirectory(program, sizeof program);
+    std::string file = std::string(program) + "/kel.hlp";
+    WritePage(file);
+    HelpContents();
+    std::filesystem::remove(file);
+    EXPECT_EQ(FileCall().file, "kel.hlp");
+    EXPECT_TRUE(HeadlessHelp.pages.empty());
+}
+
+TEST_F(Help, AToolsContextIsAskedForByKeyAndMenu) {
+    installHelpFile();
+    ToolHelpIdHook = [](uint32_t id) { return id - 1273; };
+    CommandState.CurrentCommand = 1280;
+    HelpOnCurrentCommand();
+    MenuSelectItem = 1282;
+    MenuSelectFlags = 0;
+    HelpOnMenuItem();
+    ASSERT_EQ(HeadlessHelp.fileCalls.size(), 2u);
+    EXPECT_EQ(HeadlessHelp.fileCalls[0].context, 7);
+    EXPECT_EQ(HeadlessHelp.fileCalls[1].context, 9);
+}
+
 TEST_F(Help, TheMenuAsksTheHelpFileForItsTopics) {
     installHelpFile();
     for (int id : {COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH, COMMAND_HELP_ON_HELP}) DispatchCommand(id);
@@ -136,7 +160,7 @@ TEST_F(Help, AManualThatIsNotThereIsToldOf) {
     std::filesystem::remove_all(manual);
     HelpContents();
     ASSERT_EQ(Headless.userErrors.size(), 1u);
-    EXPECT_TRUE(Headless.userErrors[0].starts_with("The manual is missing: ")) << Headless.userErrors[0];
+    EXPECT_EQ(Headless.userErrors[0], "The manual is missing: " + manual + "/index.html");
     EXPECT_TRUE(HeadlessHelp.pages.empty());
 }
 
@@ -200,4 +224,6 @@ TEST(HelpUrl, CharactersWithAMeaningAreWrittenByTheirCodes) {
 TEST(HelpUrl, TheRedirectLeadsToTheUrl) {
     std::string page = RedirectPage("file:///C:/m/commands.html#command-30");
     EXPECT_NE(page.find("content=\"0; url=file:///C:/m/commands.html#command-30\""), std::string::npos);
+    // For a browser that does not follow by itself.
+    EXPECT_NE(page.find("<a href=\"file:///C:/m/commands.html#command-30\">"), std::string::npos);
 }

@@ -1,6 +1,7 @@
 #include "shell/jump_commands.h"
 
 #include "config/settings.h"
+#include "display/overlay.h"
 #include "display/rows.h"
 #include "display/viewport.h"
 #include "headless/dialogs.h"
@@ -21,7 +22,7 @@ protected:
         InitHeadlessDialogs();
         InitCommands();
         InitMouseGesture();
-        EndModeGesture();
+        InitModeGestures();
         Headless.panesExist = true;
         DisplayOpen = 1;
         WaveView.WavePaneWidth = 1000;
@@ -110,6 +111,16 @@ TEST_F(Jump, TakesTheTimeSelectionAwayOnlyWhenTheCursorMoves) {
     EXPECT_TRUE(WaveView.SelectActive);
     JumpToTime(10);
     EXPECT_FALSE(WaveView.SelectActive);
+}
+
+TEST_F(Jump, TakesWhatLiesOverTheWavesAlong) {
+    InitOverlay();
+    DrawOverlay(true);
+    JumpToTime(70);
+    EXPECT_EQ(Overlay.cursorX, 70);
+    PlaceMark();
+    EXPECT_EQ(Overlay.markX, 70);
+    EXPECT_TRUE(Overlay.overlayOn);
 }
 
 // --- the commands ---------------------------------------------------------------------------------

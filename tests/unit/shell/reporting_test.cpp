@@ -47,6 +47,16 @@ TEST_F(Prompt, IsPaintedAgainWithoutAText) {
     EXPECT_STREQ(PromptText, "hello");
 }
 
+TEST_F(Prompt, IsPutAtItsPlaceUnlessItMustBeQuick) {
+    SetPrompt("hello");
+    EXPECT_EQ(Headless.promptLayouts, 1);
+    SetPromptQuick("other");
+    SetPromptQuick(nullptr);
+    EXPECT_EQ(Headless.promptLayouts, 1);
+    SetPrompt(nullptr);
+    EXPECT_EQ(Headless.promptLayouts, 2);
+}
+
 TEST_F(Prompt, LosesItsMarkWithoutASubstitute) {
     EXPECT_EQ(prompt("Pick @ now"), "Pick  now");
 }
@@ -95,6 +105,7 @@ TEST_F(ErrorStrip, DoesNothingWhileItIsBeingShown) {
     EXPECT_TRUE(Headless.strips.empty());
     ErrorStripBusy = false;
     strip("text");
+    EXPECT_TRUE(Headless.stripWasBusy);
     EXPECT_FALSE(ErrorStripBusy);
 }
 

@@ -3,9 +3,11 @@
 #include "display/rows.h"
 #include "display/viewport.h"
 #include "headless/headless.h"
+#include "headless/surface_cairo.h"
 #include "shell/commands.h"
 #include "shell/mode_gestures.h"
 #include "unit/support/fresh_store.h"
+#include <algorithm>
 
 namespace {
 
@@ -18,7 +20,7 @@ protected:
         FreshStore::SetUp();
         InitCommands();
         InitMouseGesture();
-        EndModeGesture();
+        InitModeGestures();
         Headless.panesExist = true;
         DisplayOpen = 1;
         WaveView.WavePaneWidth = 1000;
@@ -331,23 +333,6 @@ TEST_F(MouseGestures, RowsScrolledDownAreSelectedByTheirPlaceInTheList) {
     EXPECT_EQ(Highlighted(), Rows{23});
 }
 
-TEST_F(MouseGestures, ShiftExtendsTheSelectionToTheRow) {
-    ShowRows(6);
-    ClickName(2);
-    ClickName(4, SHIFT);
-    EXPECT_EQ(Highlighted(), (Rows{2, 3, 4}));
-    ClickName(1, SHIFT);
-    EXPECT_EQ(Highlighted(), (Rows{1, 2}));
-    EXPECT_EQ(WaveView.SelectRow, 2u);
-    EXPECT_EQ(WaveView.SelectRowLast, 1u);
-}
-
-TEST_F(MouseGestures, ShiftWithoutASelectionSelectsTheRow) {
-    ShowRows(6);
-    ClickName(3, SHIFT);
-    EXPECT_EQ(Highlighted(), Rows{3});
-}
-
 TEST_F(MouseGestures, ControlAddsARowAndTakesItOut) {
     ShowRows(6);
     ClickName(2);
@@ -373,6 +358,56 @@ TEST_F(MouseGestures, ADragOverTheNamesSelectsARange) {
     EXPECT_EQ(Highlighted(), (Rows{0, 1, 2}));
     Release(5, -30, Pane::Name);
     EXPECT_EQ(Highlighted(), (Rows{0, 1, 2}));
+}
+
+TEST_F(MouseGestures, AClickOnOneOfSeveralRowsLeavesItAloneSelected) {
+    ShowRows(6);
+    ClickName(1);
+    ClickName(3, CONTROL);
+    Click(300, 3 * ROW + 5);
+    EXPECT_EQ(Highlighted(), Rows{3});
+}
+
+TEST_F(MouseGestures, APressTakesTheTimeSelectionAway) {
+    ShowRows(2);
+    for (Pane pane : {Pane::Wave, Pane::Name}) {
+        WaveView.SelectActive = true;
+        Press(5, 5, pane);
+        EXPECT_FALSE(WaveView.SelectActive);
+        Release(5, 5, pane);
+    }
+}
+
+TEST_F(MouseGestures, PickingShowsInTheNamesAndTheMenuAndIsToldOf) {
+    static int told;
+    told = 0;
+    ShowRows(6);
+    RowSelectionHook = [] { told++; };
+    Press(5, 2 * ROW + 5, Pane::Name);
+    HeadlessSurface.calls.clear();
+    HeadlessSurface.recording = true;
+    Headless.enabledCommands.clear();
+    int before = told;
+    MouseMoved(Pane::Name, 5, 3 * ROW + 15);
+    HeadlessSurface.recording = false;
+    auto isName = [](const SurfaceCall &call) {
+        return call.kind == SurfaceCall::Kind::Fill && call.pane == Pane::Name &&
+               call.rect.top == 3 * ROW + 2;
+    };
+    EXPECT_TRUE(std::ranges::any_of(HeadlessSurface.calls, isName));
+    EXPECT_GT(told, before);
+    Release(5, 3 * ROW + 15, Pane::Name);
+    auto isHide = [](auto &entry) { return entry == std::pair<uint32_t, bool>(COMMAND_HIDE, true); };
+    EXPECT_TRUE(std::ranges::any_of(Headless.enabledCommands, isHide));
+    RowSelectionHook = nullptr;
+    HeadlessSurface.calls.clear();
+}
+
+TEST_F(MouseGestures, AClickWithNoCommandInForceBeginsTheQueryMode) {
+    CommandState.CurrentCommand = 0;
+    Click(300, 5);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
+    EXPECT_EQ(CommandState.CursorMode, CURSOR_QUERY);
 }
 
 TEST_F(MouseGestures, HidingActsOnAllRowsThatWerePicked) {
@@ -418,6 +453,11 @@ TEST_F(MouseGestures, SmallTurnsOfTheWheelAddUp) {
     WheelTurned(Pane::Wave, 0, 30, {}, 1);
     WheelTurned(Pane::Wave, 0, -30, {}, 1);
     EXPECT_EQ(WaveView.TopRow, 1u);
+    // What one direction has left over is no debt for the other.
+    WheelTurned(Pane::Wave, 0, 119, {}, 1);
+    WheelTurned(Pane::Wave, 0, -30, {}, 1);
+    WheelTurned(Pane::Wave, 0, -90, {}, 1);
+    EXPECT_EQ(WaveView.TopRow, 2u);
 }
 
 TEST_F(MouseGestures, TheWheelWithShiftScrollsTheTime) {
@@ -444,6 +484,10 @@ TEST_F(MouseGestures, TheWheelWithControlZoomsAboutThePointer) {
     EXPECT_EQ(WaveView.ViewLeft, 5000u);
     WheelTurned(Pane::Ruler, 900, 240, CONTROL, 3);
     EXPECT_EQ(WaveView.Scale, 2);
+    EXPECT_EQ(WaveView.ViewLeft, 5600u);
+    // Over the names it is the left edge.
+    WheelTurned(Pane::Name, 50, 120, CONTROL, 3);
+    EXPECT_EQ(WaveView.Scale, 3);
     EXPECT_EQ(WaveView.ViewLeft, 5600u);
 }
 

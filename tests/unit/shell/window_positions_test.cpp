@@ -85,6 +85,15 @@ TEST_F(StoredPlaces, APlaceIsStoredUnderItsKeyAndReadBack) {
     EXPECT_NE(text.find("Main-Pos=1,2,300,400"), std::string::npos) << text;
 }
 
+TEST_F(StoredPlaces, EachWindowHasAKeyOfItsOwn) {
+    StoreWindowPlace(FRAME_PLACE_KEY, {1, 2, 3, 4});
+    StoreWindowPlace(TEXT_PLACE_KEY, {5, 6, 7, 8});
+    StoreWindowPlace(NAME_PLACE_KEY, {9, 10, 11, 12});
+    std::string text = ReadWholeFile(SettingsIniPath);
+    for (const char *line : {"Main-Pos=1,2,3,4", "Text-Pos=5,6,7,8", "Name-Pos=9,10,11,12"})
+        EXPECT_NE(text.find(line), std::string::npos) << text;
+}
+
 TEST_F(StoredPlaces, WithoutAConfigurationNothingIsStored) {
     SettingsIniPath[0] = '\0';
     StoreWindowPlace(FRAME_PLACE_KEY, {1, 2, 300, 400});

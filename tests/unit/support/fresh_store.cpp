@@ -3,18 +3,26 @@
 #include "config/paths.h"
 #include "config/settings.h"
 #include "display/composition.h"
+#include "display/drag_preview.h"
 #include "display/mouse_place.h"
 #include "display/overlay.h"
 #include "display/rows.h"
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "document/document.h"
+#include "edit/clipboard.h"
+#include "edit/edit_dialog.h"
+#include "edit/show_selection.h"
+#include "editlog/edit_log.h"
+#include "headless/clipboard.h"
+#include "headless/edit_dialog.h"
 #include "headless/headless.h"
 #include "shell/reporting.h"
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
 #include "store/state_table.h"
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -30,9 +38,15 @@ void FreshStore::SetUp() {
     InitWaveView();
     InitMouse();
     InitOverlay();
+    InitDragPreview();
     InitComposition();
     InitRulerCursor();
     InitDocument();
+    InitHeadlessClipboard();
+    InitHeadlessEditDialog();
+    InitClipboard();
+    InitEditDialog();
+    PendingMerge = 0;
     NameChars = {'[', ']', '_', '.'};
     ResizeBlock = realloc;
     ASSERT_EQ(AllocWaveRows(), 1);
@@ -42,11 +56,29 @@ void FreshStore::SetUp() {
 
 void FreshStore::TearDown() {
     ResizeBlock = realloc;
+    DropClipFile();
     PatternStoreFree();
     FreeWaveRows();
 }
 
+namespace {
+
+// What a test begins with is no edit.
+class Unrecorded {
+public:
+    Unrecorded() { EditLog.Recording = 0; }
+    ~Unrecorded() { EditLog.Recording = before; }
+    Unrecorded(const Unrecorded &) = delete;
+    Unrecorded &operator=(const Unrecorded &) = delete;
+
+private:
+    int32_t before = EditLog.Recording;
+};
+
+} // namespace
+
 uint16_t MakePattern(const char *name, const Transitions &items, uint32_t width) {
+    Unrecorded unrecorded;
     Pattern *pattern = CreatePattern(0, name, width);
     if (!pattern) return 0;
     uint16_t id = pattern->id;
@@ -55,12 +87,14 @@ uint16_t MakePattern(const char *name, const Transitions &items, uint32_t width)
 }
 
 void AddReference(uint16_t id, const Use &use, PatternKind kind) {
+    Unrecorded unrecorded;
     Pattern *pattern = PatternFromId(id);
     InsertReference(pattern, kind, pattern->itemCount, use.id, use.scale, use.repeat, use.sliceWidth,
                     use.sliceOffset, use.format);
 }
 
 void AddTransition(uint16_t id, uint32_t value, uint32_t duration) {
+    Unrecorded unrecorded;
     Pattern *pattern = PatternFromId(id);
     InsertTransition(pattern, pattern->itemCount, value, duration);
 }
@@ -107,6 +141,11 @@ std::string HeapFault() {
         if (PatternTable[id] == 0) continue;
         if (!seen.contains(static_cast<uint16_t>(id))) return "no record for id " + std::to_string(id);
         if (id > HighestPatternId) return "an id above the highest: " + std::to_string(id);
+        const Pattern *pattern = PatternFromId(id);
+        auto references = std::count_if(pattern->items(), pattern->items() + pattern->itemCount,
+                                        [](const PatternItem &item) { return item.isReference(); });
+        if (references != ReferenceItems(pattern))
+            return "references of " + std::to_string(id) + " miscounted";
     }
     return "";
 }

@@ -15,7 +15,8 @@ protected:
     void TearDown() override;
 };
 
-// A new pattern with data items of (value, duration). Returns its id.
+// A new pattern with data items of (value, duration), as if it had been loaded: the log knows nothing of it,
+// nor of what the routines below add. Returns its id.
 using Transitions = std::vector<std::pair<uint32_t, uint32_t>>;
 uint16_t MakePattern(const char *name, const Transitions &items = {}, uint32_t width = 1);
 

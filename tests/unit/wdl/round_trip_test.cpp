@@ -141,20 +141,17 @@ TEST_F(RoundTrip, ACompositeWithALaterNameComesBack) {
     EXPECT_EQ(DocumentText(), document);
 }
 
-TEST_F(RoundTrip, AForeverInASubPatternIsRefused) {
-    ASSERT_EQ(readBack("$x = $p #65535;\n"), "");
-    EXPECT_EQ(WrittenStatements(), "$x =  $p ## ;\n$p = ;\n");
-    EXPECT_EQ(readBack(WrittenText()), "6: Patterns may not repeat forever");
-}
-
-TEST_F(RoundTrip, AForeverInParenthesesIsRefused) {
-    ASSERT_EQ(readBack("a { Default } = ($p #65535) ;\n"), "");
-    EXPECT_EQ(readBack(WrittenText()), "6: Nested patterns may not repeat forever");
-}
-
-TEST_F(RoundTrip, AForeverBeforeTheEndIsRefused) {
-    ASSERT_EQ(readBack("a { Default } = $p #65535 1 5;\n"), "");
-    EXPECT_EQ(readBack(WrittenText()), "6: Repeat forever must be at end of line");
+// "##" is read at the end of a node alone.
+TEST_F(RoundTrip, AForeverElsewhereComesBackAsANumber) {
+    for (const char *text : {"$x = $p #65535;\n", "a { Default } = ($p #65535) ;\n",
+                             "a { Default } = $p #65535 1 5;\n", "a { Default } = $p #65535 @RZ;\n",
+                             "a { Default } = $p #65535 + $q;\n", "a { Default } = $p #65535;\n"}) {
+        ASSERT_EQ(readBack(text), "") << text;
+        std::string document = DocumentText();
+        ASSERT_EQ(readBack(WrittenText()), "") << text;
+        EXPECT_EQ(DocumentText(), document) << text;
+    }
+    EXPECT_EQ(WrittenStatements(), "a { Z Test Default None 0 1 50 } =  $p ## ;\n$p = ;\n");
 }
 
 TEST_F(RoundTrip, ABlockOnAReferencePatternIsLost) {

@@ -94,13 +94,15 @@ TEST_F(Writer, ValuesAreDecimalInABitAndLowerCaseHexadecimalInABus) {
 }
 
 TEST_F(Writer, ScaleRepeatAndFormatFollowTheirItem) {
+    Settings.AutoClockAssign = false;
     uint16_t p = MakePattern("$p", {{1, 5}});
     uint16_t q = MakePattern("", {{1, 5}});
-    uint16_t a = MakePattern("$a");
+    uint16_t a = MakePattern("a");
     AddReference(a, {.id = p, .scale = 2, .repeat = 3, .format = 1});
     AddReference(a, {.id = q, .scale = 65535, .repeat = 65534, .format = 4});
     AddReference(a, {.id = p, .repeat = REPEAT_FOREVER});
-    EXPECT_EQ(WrittenStatements(), "$p = 1 5;\n$a =  $p *2 #3 @NRZ (1 5)*65535 #65534 @RC  $p ## ;\n");
+    EXPECT_EQ(WrittenStatements(),
+              "$p = 1 5;\na" + std::string(PLAIN) + " $p *2 #3 @NRZ (1 5)*65535 #65534 @RC  $p ## ;\n");
 }
 
 TEST_F(Writer, CompositeMembersAreJoinedByPlusWithoutABlankBehindIt) {

@@ -1,0 +1,59 @@
+// recover: what the editor's crash recovery would bring back, as a stimulus file.
+#include "commands.h"
+#include "editlog/edit_log.h"
+#include "editlog/recovery.h"
+#include "load.h"
+#include "output.h"
+#include "shell/file_names.h"
+#include "store/pattern_store.h"
+#include "store/queries.h"
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace {
+
+struct RecoverOptions : CommonOptions {
+    std::string out;
+};
+
+// Makes the log that lies beside the file the one in use, for reading. False after a message.
+bool OpenLog(const std::string &file) {
+    memcpy(EditLog.LogFileName, file.c_str(), file.size() + 1);
+    if (SetExtension(EditLog.LogFileName, LOG_SUFFIX))
+        EditLog.LogHandle = OpenForReading(EditLog.LogFileName);
+    if (EditLog.LogHandle != NO_FILE) return true;
+    PrintError(EditLog.LogFileName, "cannot be read");
+    return false;
+}
+
+void ReplayLog(const std::string &file) {
+    int64_t size = FileSize(EditLog.LogHandle);
+    EditLog.rEofPtr = LogFileLength();
+    Recovered recovered = RecoverFromLog();
+    fprintf(stderr, "%s: %u actions came back, %lld bytes at the tail of the log were dropped\n",
+            file.c_str(), recovered.actions, static_cast<long long>(size - recovered.position));
+    ValidateDurations();
+}
+
+int Recover(const RecoverOptions &options) {
+    if (int status = LoadDocumentFile(options)) return status;
+    InitEditLog();
+    // The file stays open all along, as it could not be opened for writing again.
+    int held = LogHoldOpen(1);
+    bool opened = OpenLog(options.file);
+    if (opened) ReplayLog(options.file);
+    LogHoldOpen(held);
+    return opened ? WriteDocumentText(options.out) : EXIT_BAD_USAGE;
+}
+
+} // namespace
+
+void AddRecover(CLI::App &program, int &status) {
+    auto options = std::make_shared<RecoverOptions>();
+    CLI::App *command =
+        AddCommand(program, *options, "recover",
+                   "Write the document with the edits in the log that a crash has left beside it");
+    AddOutput(command, options->out, "file to write")->required();
+    command->callback([options, &status] { status = Recover(*options); });
+}

@@ -1,0 +1,213 @@
+#include "edit/edit_dialog.h"
+
+#include "edit/selection.h"
+#include "edit/show_selection.h"
+#include "shell/edit_dialog_view.h"
+#include "store/queries.h"
+#include "store/state_table.h"
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+EditDialogRecord EditDialog;
+
+namespace {
+
+constexpr const char *FOREVER_TEXT = "##";
+
+// Set while the program fills the fields, which is no typing.
+bool filling = false;
+
+// --- what is shown --------------------------------------------------------------------------------
+
+// The reference that is selected; null where the selection is none.
+const PatternItem *SelectedReference() {
+    const Pattern *pattern = SelectedPattern();
+    uint16_t item = DeepestFrame().item;
+    bool kindFits = EditSelection.SelKind == SEL_PATTERN || EditSelection.SelKind == SEL_COMPOSITE;
+    if (!kindFits || !pattern || item >= pattern->itemCount) return nullptr;
+    return pattern->item(item).isReference() ? &pattern->item(item) : nullptr;
+}
+
+uint16_t SelectedRepeat() {
+    const PatternItem *reference = SelectedReference();
+    return reference ? reference->repeat() : 1;
+}
+
+// A repeat without end may stand only at the tail of a node. Anywhere else it would hide what follows.
+bool IsAtTail() {
+    Pattern *root = SelectionRoot();
+    if (!root || !root->hasProperties()) return false;
+    if (EditSelection.SelKind == SEL_WHOLE) return true;
+    if (EditSelection.SelDepth != 1) return false;
+    const SelFrame &frame = DeepestFrame();
+    if (EditSelection.SelKind == SEL_PATTERN) return frame.item + 1 == root->itemCount;
+    return EditSelection.SelKind == SEL_SPAN && frame.end == PatternDuration(root);
+}
+
+std::string DurationText() {
+    const SelFrame &frame = DeepestFrame();
+    return SelectionHasDuration() ? TimeFormat(frame.end - frame.start) : "";
+}
+
+std::string ValueText() {
+    if (EditSelection.SelKind != SEL_PULSE) return "";
+    char text[16];
+    snprintf(text, sizeof text, "%X", EditSelection.SelValue);
+    return text;
+}
+
+std::string ScaleText() {
+    if (!SelectionHasScale()) return "";
+    const PatternItem *reference = SelectedReference();
+    return std::to_string(reference ? reference->scale() : 1);
+}
+
+std::string RepeatText() {
+    if (!SelectionHasRepeat()) return "";
+    uint16_t repeat = SelectedRepeat();
+    return repeat == REPEAT_FOREVER ? FOREVER_TEXT : std::to_string(repeat);
+}
+
+// --- filling --------------------------------------------------------------------------------------
+
+void ListStates(uint16_t tableIndex) {
+    if (EditDialog.ListedStates == tableIndex) return;
+    EditDialog.ListedStates = tableIndex;
+    ClearStateList();
+    if (tableIndex != NO_STATES) {
+        StateTable *table = StateTableOrDefault(tableIndex);
+        for (uint32_t i = 0; i < table->rowCount; i++) AddState(table->rows()[i].stateName);
+    }
+    ShowStateList();
+}
+
+// The row of the selected value, as it is named: the last one for a value beyond the table.
+int32_t StateRowToShow() {
+    if (EditSelection.SelKind != SEL_PULSE) return -1;
+    int32_t last = StateTableOrDefault(EditSelection.SelStateTable)->rowCount - 1;
+    return static_cast<int32_t>(std::min<int64_t>(EditSelection.SelValue, last));
+}
+
+void FillStates() {
+    bool enabled = SelectionHasStates();
+    EnableEditItem(EDIT_STATES, enabled);
+    ListStates(enabled ? EditSelection.SelStateTable : NO_STATES);
+    if (enabled) SelectState(StateRowToShow());
+}
+
+bool IsEnabled(uint16_t id) {
+    switch (id) {
+    case EDIT_DURATION:
+        return SelectionHasDuration();
+    case EDIT_VALUE:
+        return SelectionHasValue();
+    case EDIT_SCALE:
+        return SelectionHasScale();
+    case EDIT_REPEAT:
+        // Until the check box takes "forever" away.
+        return SelectionHasRepeat() && SelectedRepeat() != REPEAT_FOREVER;
+    case EDIT_STATES:
+        return SelectionHasStates();
+    default:
+        return false;
+    }
+}
+
+void FillField(uint16_t id, const std::string &text) {
+    EnableEditItem(id, IsEnabled(id));
+    SetEditText(id, text.c_str());
+}
+
+void GiveFocus() {
+    uint16_t keep = EditDialog.KeepFocus;
+    EditDialog.KeepFocus = 0;
+    const uint16_t order[] = {keep, EDIT_VALUE, EDIT_DURATION, EDIT_REPEAT, EDIT_SCALE};
+    for (uint16_t id : order) {
+        if (!IsEnabled(id)) continue;
+        if (FocusEditField(id)) EditDialog.offered = true;
+        return;
+    }
+}
+
+bool IsField(uint16_t id) {
+    return id >= EDIT_DURATION && id <= EDIT_REPEAT;
+}
+
+} // namespace
+
+void InitEditDialog() {
+    EditDialog = {};
+    EditDialog.ListedStates = NO_STATES;
+    filling = false;
+}
+
+void OpenEditDialog() {
+    ShowEditDialog();
+}
+
+void FillEditDialog(const char *title) {
+    EditDialog.ForeverAllowed = IsAtTail();
+    if (!EditDialogIsOpen()) {
+        EditDialog.KeepFocus = 0;
+        return;
+    }
+    // What was typed belongs to what was selected; a field that is disabled now must not write it.
+    EditDialog.FieldDirty = false;
+    filling = true;
+    SetEditDialogTitle(title);
+    FillField(EDIT_DURATION, DurationText());
+    FillField(EDIT_VALUE, ValueText());
+    FillField(EDIT_SCALE, ScaleText());
+    FillField(EDIT_REPEAT, RepeatText());
+    FillStates();
+    EnableEditItem(EDIT_FOREVER, EditDialog.ForeverAllowed);
+    CheckForever(SelectionHasRepeat() && SelectedRepeat() == REPEAT_FOREVER);
+    GiveFocus();
+    filling = false;
+}
+
+void EditDialogOpened() {
+    ClearStateList();
+    ShowStateList();
+    EditDialog.ListedStates = NO_STATES;
+    EditDialog.ActiveField = 0;
+    EditDialog.FieldDirty = false;
+    EditDialog.offered = false;
+}
+
+void EditFieldFocused(uint16_t id) {
+    if (!IsField(id)) return;
+    EditDialog.ActiveField = id;
+    EditDialog.FieldDirty = false;
+    EditDialog.offered = false;
+}
+
+void EditFieldChanged(uint16_t id) {
+    if (filling || id != EditDialog.ActiveField) return;
+    EditDialog.FieldDirty = true;
+    EditDialog.offered = false;
+}
+
+void EditFieldLeft(uint16_t id) {
+    EditDialog.ActiveField = 0;
+    EditDialog.offered = false;
+    if (!EditDialog.FieldDirty) return;
+    EditDialog.FieldDirty = false;
+    FieldCommit(id, 0);
+}
+
+void EditFieldEntered() {
+    if (EditDialog.ActiveField == 0) return;
+    EditDialog.FieldDirty = false;
+    FieldCommit(EditDialog.ActiveField, 1);
+}
+
+void EditFieldCancelled() {
+    EditDialog.KeepFocus = EditDialog.ActiveField;
+    FillEditDialog(SelectionText().c_str());
+}
+
+void EditFieldTaken() {
+    EditDialog.offered = false;
+}

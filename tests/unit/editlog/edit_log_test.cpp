@@ -1,0 +1,616 @@
+#include "unit/editlog/log_fixture.h"
+
+#include "headless/headless.h"
+#include <cstring>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const std::string MARK = Word(0xFFFFFFFF);
+
+class EditLogTest : public LogFixture {};
+
+// --- what is written ------------------------------------------------------------------------------
+
+TEST_F(EditLogTest, AnEntryIsAsLongAsItsPayloadWithTwoLengthsRoundedUp) {
+    const std::pair<uint32_t, int32_t> lengths[] = {{1, 12}, {4, 12}, {5, 16},  {6, 16},
+                                                    {8, 16}, {9, 20}, {16, 24}, {24, 32}};
+    for (auto [size, length] : lengths) {
+        int32_t before = EditLog.rPtr;
+        record("x", size);
+        EXPECT_EQ(EditLog.rPtr - before, length) << size;
+        EXPECT_EQ(EditLog.rEofPtr, EditLog.rPtr);
+    }
+}
+
+TEST_F(EditLogTest, TheFileHoldsRecordsAndMarks) {
+    action("one");
+    record("first");
+    action("second!");
+    LogFlush();
+    EXPECT_EQ(file(), Entry("one") + MARK + Entry("first") + Entry("second!") + MARK);
+    EXPECT_EQ(EditLog.rBase, EditLog.rEofPtr);
+    EXPECT_EQ(EditLog.Dirty, 0);
+}
+
+TEST_F(EditLogTest, NothingIsRecordedDuringAReplay) {
+    EditLog.Recording = 0;
+    EXPECT_EQ(LogAppend(4), nullptr);
+    EXPECT_EQ(LogMark(), 0);
+    LogEndAction();
+    EXPECT_EQ(EditLog.rPtr, 0);
+}
+
+TEST_F(EditLogTest, AnActionWithoutARecordGetsNoMark) {
+    LogEndAction();
+    EXPECT_EQ(EditLog.rPtr, 0);
+    action("one");
+    int32_t end = EditLog.rPtr;
+    LogEndAction();
+    EXPECT_EQ(EditLog.rPtr, end);
+}
+
+TEST_F(EditLogTest, ABlockIsWrittenWhenTheNextEntryWouldReachItsEnd) {
+    // Entries of 64 bytes: with 17 of them 1,088 bytes are full, and one more would end at 1,152.
+    for (int i = 0; i < 17; i++) record("x", 56);
+    EXPECT_EQ(EditLog.rBase, 0);
+    EXPECT_EQ(file(), "");
+    record("y", 56);
+    EXPECT_EQ(EditLog.rBase, 1088);
+    EXPECT_EQ(file().size(), 1088U);
+    EXPECT_EQ(EditLog.rPtr, 1152);
+}
+
+TEST_F(EditLogTest, OneByteLessThanTheWindowIsHeld) {
+    for (int i = 0; i < 17; i++) record("x", 56);
+    record("y", 52); // ends at 1,148
+    EXPECT_EQ(EditLog.rBase, 0);
+    LogMark(); // would end at 1,152
+    EXPECT_EQ(EditLog.rBase, 1148);
+    EXPECT_EQ(file().size(), 1148U);
+}
+
+TEST_F(EditLogTest, JoiningGoesOnWithTheLastAction) {
+    action("one");
+    LogJoinAction();
+    action("two");
+    LogFlush();
+    EXPECT_EQ(file(), Entry("one") + Entry("two") + MARK);
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two", "-one"}));
+}
+
+TEST_F(EditLogTest, JoiningAnEmptyLogChangesNothing) {
+    LogJoinAction();
+    EXPECT_EQ(EditLog.rPtr, 0);
+}
+
+TEST_F(EditLogTest, ARecordLongerThanTheWindowIsHeldAndReadBack) {
+    action("before");
+    std::string text(5000, 'n');
+    action(text);
+    action("behind");
+    LogFlush();
+    EXPECT_EQ(file(), Entry("before") + MARK + Entry(text) + MARK + Entry("behind") + MARK);
+    for (int i = 0; i < 3; i++) EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-behind", "-" + text, "-before"}));
+    for (int i = 0; i < 3; i++) EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"before", text, "behind"}));
+    // The window's bookkeeping tells of it, and goes on.
+    EXPECT_EQ(Headless.programErrors, (Texts{"LogFlush rEofPtr > BufLen"}));
+}
+
+TEST_F(EditLogTest, ARecordBeyondEveryBoundIsNotTaken) {
+    EXPECT_EQ(LogAppend(MAX_ENTRY), nullptr);
+    EXPECT_EQ(LogAppend(0xFFFFFFFF), nullptr);
+    EXPECT_EQ(EditLog.rPtr, 0);
+}
+
+TEST_F(EditLogTest, NearTheLimitOfPositionsNothingMoreIsRecorded) {
+    EditLog.rPtr = EditLog.rEofPtr = EditLog.rBase = INT32_MAX - 1024;
+    EXPECT_EQ(LogAppend(16), nullptr);
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to write log file " + path}));
+    EXPECT_EQ(EditLog.rPtr, INT32_MAX - 1024);
+}
+
+// --- undo and redo ----------------------------------------------------------------------------------
+
+TEST_F(EditLogTest, AnEmptyLogHasNothingToUndoOrRedo) {
+    EXPECT_EQ(LogAtMark(), 1);
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(LogRollback(), 1);
+    EXPECT_EQ(EditLog.rPtr, 0);
+    EXPECT_TRUE(Notes.empty());
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+TEST_F(EditLogTest, UndoGoesBackwardAndRedoForwardByActions) {
+    action("one");
+    record("two");
+    action("three");
+    int32_t end = EditLog.rPtr;
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-three", "-two"}));
+    EXPECT_EQ(EditLog.rEofPtr, end);
+    EXPECT_EQ(EditLog.Recording, 1);
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-one"}));
+    EXPECT_EQ(EditLog.rPtr, 0);
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"one"}));
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"two", "three"}));
+    EXPECT_EQ(EditLog.rPtr, end);
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_EQ(EditLog.Recording, 1);
+}
+
+TEST_F(EditLogTest, ARecordAfterUndoEndsWhatCouldBeRedone) {
+    action("one");
+    action("two");
+    action("three");
+    LogFlush();
+    auto size = file().size();
+    LogUndo();
+    LogUndo();
+    record("new");
+    EXPECT_EQ(EditLog.rEofPtr, EditLog.rPtr);
+    LogEndAction();
+    LogFlush();
+    EXPECT_EQ(file().substr(0, static_cast<size_t>(EditLog.rEofPtr)),
+              Entry("one") + MARK + Entry("new") + MARK);
+    EXPECT_EQ(file().size(), size);
+    Notes.clear();
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), Texts{});
+}
+
+TEST_F(EditLogTest, AnOpenActionIsRolledBackAndForgotten) {
+    action("one");
+    int32_t end = EditLog.rPtr;
+    record("two");
+    record("three");
+    EXPECT_EQ(LogRollback(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-three", "-two"}));
+    EXPECT_EQ(EditLog.rPtr, end);
+    EXPECT_EQ(EditLog.rEofPtr, end);
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), Texts{});
+}
+
+TEST_F(EditLogTest, UndoOfAnOpenActionUndoesTheOneBeforeToo) {
+    action("one");
+    record("open");
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-open", "-one"}));
+    EXPECT_EQ(EditLog.rPtr, 0);
+}
+
+TEST_F(EditLogTest, ABackwardWindowHasThePositionAt1024) {
+    for (int i = 0; i < 100; i++) action(std::to_string(i), 12); // 24 bytes each
+    LogFlush();
+    EXPECT_EQ(LogFill(1), 1);
+    EXPECT_EQ(EditLog.rBase, EditLog.rPtr - 1024);
+    EXPECT_EQ(EditLog.Held, 1024);
+    for (int i = 0; i < 60; i++) LogUndo();
+    LogFill(1);
+    EXPECT_EQ(EditLog.rPtr, 40 * 24);
+    EXPECT_EQ(EditLog.rBase, 0);
+    EXPECT_EQ(EditLog.Held, BufLen);
+}
+
+TEST_F(EditLogTest, AForwardWindowHasThePositionAt128) {
+    for (int i = 0; i < 100; i++) action(std::to_string(i), 12);
+    for (int i = 0; i < 50; i++) LogUndo();
+    EXPECT_EQ(LogFill(0), 1);
+    EXPECT_EQ(EditLog.rBase, EditLog.rPtr - 128);
+    EXPECT_EQ(EditLog.Held, BufLen);
+}
+
+TEST_F(EditLogTest, ARedoMovesTheWindowOnWithEachRecordAndReadsOnlyWhatItLacks) {
+    for (int i = 0; i < 100; i++) action(std::to_string(i), 12); // 24 bytes each
+    for (int i = 0; i < 100; i++) LogUndo();
+    Notes.clear();
+    for (int i = 0; i < 40; i++) {
+        int32_t start = EditLog.rPtr;
+        LogCloseFile();
+        ASSERT_EQ(LogRedo(), 1);
+        EXPECT_EQ(EditLog.rBase, start > 128 ? start - 128 : 0) << i;
+        // The first window reaches to 1,152.
+        EXPECT_TRUE(EditLog.LogHandle == NO_FILE || i == 0 || start + 24 > 1152) << i;
+    }
+    EXPECT_EQ(Notes.size(), 40U);
+    EXPECT_EQ(Notes.back().text, "39");
+}
+
+TEST_F(EditLogTest, LongLogsAreWalkedAcrossManyWindows) {
+    Texts all;
+    for (int i = 0; i < 500; i++) {
+        all.push_back(std::to_string(i));
+        action(all.back(), static_cast<uint32_t>(4 + i % 60));
+    }
+    Texts backward;
+    for (auto text = all.rbegin(); text != all.rend(); ++text) backward.push_back("-" + *text);
+    for (int i = 0; i < 500; i++) ASSERT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), backward);
+    for (int i = 0; i < 500; i++) ASSERT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), all);
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+TEST_F(EditLogTest, UndoOfWhatIsInTheWindowReadsNothing) {
+    action("one");
+    action("two");
+    LogUndo();
+    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
+    EXPECT_EQ(file(), "");
+}
+
+// --- failures ---------------------------------------------------------------------------------------
+
+TEST_F(EditLogTest, ARefusedRecordStopsTheUndoBeforeIt) {
+    action("one");
+    record("bad");
+    int32_t behind = EditLog.rPtr;
+    record("two");
+    LogEndAction();
+    RefusedText = "bad";
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(replayed(), (Texts{"-two"}));
+    EXPECT_EQ(EditLog.rPtr, behind - 12);
+    EXPECT_EQ(EditLog.Recording, 1);
+}
+
+TEST_F(EditLogTest, ARefusedRecordStopsTheRedoAndDropsWhatFollows) {
+    record("one");
+    record("bad");
+    int32_t behind = EditLog.rPtr;
+    record("two");
+    LogEndAction();
+    LogUndo();
+    Notes.clear();
+    RefusedText = "bad";
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_EQ(replayed(), (Texts{"one"}));
+    EXPECT_EQ(EditLog.rPtr, behind);
+    EXPECT_EQ(EditLog.rEofPtr, behind);
+    EXPECT_EQ(EditLog.Recording, 1);
+}
+
+TEST_F(EditLogTest, OnlyWhatTheLastRedoRefusedIsCutOff) {
+    action("one");
+    action("bad");
+    LogUndo();
+    RefusedText = "bad";
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_TRUE(LogCutRefused());
+    EXPECT_EQ(EditLog.rPtr, 16);
+    EXPECT_EQ(EditLog.rEofPtr, 16);
+    EXPECT_FALSE(LogCutRefused());
+    RefusedText = "";
+    action("bad");
+    LogUndo();
+    RefusedText = "bad";
+    EXPECT_EQ(LogRedo(), 0);
+    RefusedText = "";
+    LogRollback();
+    action("two");
+    LogUndo();
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_FALSE(LogCutRefused());
+}
+
+TEST_F(EditLogTest, ARedoFarIntoTheWindowWritesFirstWhatTheFileLacks) {
+    for (int i = 0; i < 10; i++) action(std::to_string(i), 12); // 24 bytes each
+    for (int i = 0; i < 9; i++) LogUndo();
+    for (int i = 0; i < 5; i++) LogRedo(); // the fifth begins at 120
+    EXPECT_EQ(file(), "");
+    LogRedo();
+    EXPECT_EQ(file().size(), 240U);
+    EXPECT_EQ(EditLog.rBase, 144 - 128);
+}
+
+TEST_F(EditLogTest, AFileThatCannotBeOpenedIsToldAndTheNameKept) {
+    action("one");
+    fs::remove(path);
+    LogFlush();
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to open log file " + path}));
+    EXPECT_EQ(EditLog.LogFileName, path);
+    EXPECT_EQ(EditLog.Dirty, 0);
+    EXPECT_EQ(EditLog.rBase, EditLog.rEofPtr);
+}
+
+TEST_F(EditLogTest, AFileThatCannotBeOpenedForReadingStopsTheUndoAndTheLogGoesOnInMemory) {
+    action("one");
+    LogFlush();
+    LogCloseFile();
+    fs::remove(path);
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to open log file " + path}));
+    EXPECT_STREQ(EditLog.LogFileName, "");
+    EXPECT_EQ(EditLog.Recording, 1);
+    action("two");
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two"}));
+}
+
+TEST_F(EditLogTest, AFileThatGotShorterIsToldAsAFailedRead) {
+    for (int i = 0; i < 100; i++) action(std::to_string(i), 12);
+    LogFlush();
+    LogCloseFile();
+    fs::resize_file(path, 1000);
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to read log file " + path}));
+}
+
+TEST_F(EditLogTest, ALogWithoutAFileWorksInMemoryAndDropsWhatIsFlushed) {
+    EditLog.LogFileName[0] = '\0';
+    action("one");
+    action("two");
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two", "-one"}));
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"one", "two"}));
+    LogFlush();
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(LogRollback(), 1);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_TRUE(Headless.userErrors.empty());
+    action("three");
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-three"}));
+}
+
+TEST_F(EditLogTest, AFailedWriteIsToldOnceAndLeavesAHole) {
+    if (!fs::exists("/dev/full")) GTEST_SKIP();
+    action("lost");
+    int32_t hole = EditLog.rPtr;
+    fs::remove(path);
+    fs::create_symlink("/dev/full", path);
+    LogFlush();
+    LogCloseFile();
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to write log file " + path}));
+    fs::remove(path);
+    scratch.write("document._KL", "");
+    action("kept");
+    LogFlush();
+    EXPECT_EQ(file(), std::string(static_cast<size_t>(hole), '\0') + Entry("kept") + MARK);
+    EXPECT_EQ(Headless.userErrors.size(), 1U);
+}
+
+// --- damaged files ----------------------------------------------------------------------------------
+
+class DamagedLog : public LogFixture, public testing::WithParamInterface<std::string> {};
+
+TEST_P(DamagedLog, StopsARedoBeforeTheDamage) {
+    installFile(Entry("one") + MARK + Entry("two") + GetParam(), false);
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_EQ(replayed(), (Texts{"one", "two"}));
+    EXPECT_EQ(EditLog.rPtr, 28);
+    EXPECT_EQ(EditLog.rEofPtr, 28);
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to read log file " + path}));
+    EXPECT_EQ(LogRollback(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two"}));
+}
+
+TEST_P(DamagedLog, StopsAnUndoBehindTheDamage) {
+    std::string bytes = Entry("one") + MARK + GetParam();
+    installFile(bytes + Entry("two") + MARK, true);
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(replayed(), (Texts{"-two"}));
+    EXPECT_EQ(EditLog.rPtr, static_cast<int32_t>(bytes.size()));
+    EXPECT_EQ(EditLog.Recording, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Frames, DamagedLog,
+                         testing::Values(Word(0), Word(4), Word(7) + Word(7), Word(10) + Word(10),
+                                         Word(12) + Word(0) + Word(16), Word(16) + Word(0) + Word(12),
+                                         Word(0x7FFFFFFC), Word(0xFFFFFFFE), Word(0x80000000),
+                                         Word(100000) + Word(100000)));
+
+TEST_F(EditLogTest, AnEntryThatIsLongerThanAnyRecordIsReplayedByItsBeginning) {
+    std::string padded = "long" + std::string(300000, '\0');
+    std::string entry = Word(300012) + padded + Word(300012);
+    installFile(Entry("one") + MARK + entry + MARK + Entry("two") + MARK, false);
+    for (int i = 0; i < 3; i++) EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"one", "long", "two"}));
+    for (int i = 0; i < 3; i++) EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two", "-long", "-one"}));
+    EXPECT_TRUE(Headless.userErrors.empty());
+    installFile(entry.substr(0, 300008) + Word(12) + MARK, false);
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_EQ(replayed(), Texts{});
+}
+
+TEST_F(EditLogTest, AFailedReadEndsARedoAndDropsNothing) {
+    for (int i = 0; i < 100; i++) action(std::to_string(i), 12);
+    for (int i = 0; i < 100; i++) LogUndo();
+    LogFlush();
+    LogCloseFile();
+    Notes.clear();
+    int32_t end = EditLog.rEofPtr;
+    std::string whole = file();
+    fs::resize_file(path, 1300);
+    int redone = 0;
+    while (redone < 100 && LogRedo()) redone++;
+    EXPECT_GT(redone, 20);
+    EXPECT_LT(redone, 100);
+    EXPECT_EQ(EditLog.rEofPtr, end);
+    EXPECT_EQ(EditLog.Recording, 1);
+    LogCloseFile();
+    scratch.write("document._KL", whole);
+    while (redone < 100 && LogRedo()) redone++;
+    EXPECT_EQ(redone, 100);
+    EXPECT_EQ(Notes.size(), 100U);
+}
+
+TEST_F(EditLogTest, ARestTooShortForAWordEndsTheRedo) {
+    installFile(Entry("one") + MARK + "abc", false);
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_EQ(replayed(), (Texts{"one"}));
+    EXPECT_EQ(EditLog.rEofPtr, 16);
+}
+
+TEST_F(EditLogTest, MarksWithoutRecordsAreStepsThatDoNothing) {
+    installFile(MARK + MARK + Entry("one") + MARK, false);
+    for (int i = 0; i < 3; i++) EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"one"}));
+    for (int i = 0; i < 3; i++) EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-one"}));
+    EXPECT_EQ(EditLog.rPtr, 0);
+}
+
+// --- the file ---------------------------------------------------------------------------------------
+
+TEST_F(EditLogTest, TheProgramBeginsWithATemporaryLog) {
+    LogInit("._KLxyz");
+    EXPECT_STREQ(EditLog.LogSuffix, "._KL");
+    fs::path name = EditLog.LogFileName;
+    EXPECT_TRUE(name.filename().string().starts_with("_KL"));
+    EXPECT_EQ(fs::file_size(name), 0U);
+    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
+    EXPECT_EQ(EditLog.Recording, 1);
+    LogDeleteFile();
+    EXPECT_FALSE(fs::exists(name));
+    EXPECT_STREQ(EditLog.LogFileName, "");
+}
+
+TEST_F(EditLogTest, WithoutATemporaryDirectoryItGoesOnWithoutAFile) {
+    std::string before = getenv("TMPDIR") ? getenv("TMPDIR") : "";
+    setenv("TMPDIR", "/nowhere/at/all", 1);
+    LogInit(LOG_SUFFIX);
+    if (before.empty())
+        unsetenv("TMPDIR");
+    else
+        setenv("TMPDIR", before.c_str(), 1);
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to create log file "}));
+    EXPECT_STREQ(EditLog.LogFileName, "");
+    action("one");
+    EXPECT_EQ(LogUndo(), 1);
+}
+
+TEST_F(EditLogTest, ADocumentsLogLiesBesideIt) {
+    LogBindToDocument(scratch.file("counter.wdl").c_str());
+    EXPECT_EQ(EditLog.LogFileName, scratch.file("counter._KL"));
+    EXPECT_TRUE(fs::exists(scratch.file("counter._KL")));
+    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
+    EXPECT_EQ(fs::status(EditLog.LogFileName).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(EditLogTest, ALogThatIsThereStaysOpen) {
+    scratch.write("counter._KL", "old");
+    LogBindToDocument(scratch.file("counter.wdl").c_str());
+    EXPECT_NE(EditLog.LogHandle, NO_FILE);
+    EXPECT_EQ(ReadWholeFile(scratch.file("counter._KL")), "old");
+}
+
+TEST_F(EditLogTest, WithoutADocumentTheLogIsATemporaryFile) {
+    LogBindToDocument("");
+    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
+    EXPECT_TRUE(fs::path(EditLog.LogFileName).filename().string().starts_with("_KL"));
+}
+
+TEST_F(EditLogTest, ALogThatCannotBeMadeIsToldAndDoneWithout) {
+    std::string log = scratch.file("nowhere/counter._KL");
+    LogBindToDocument(scratch.file("nowhere/counter.wdl").c_str());
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to create log file " + log}));
+    EXPECT_STREQ(EditLog.LogFileName, "");
+    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
+}
+
+TEST_F(EditLogTest, ClosingDoesNotFlush) {
+    action("one");
+    LogFlush();
+    action("two");
+    LogCloseFile();
+    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
+    EXPECT_EQ(EditLog.Dirty, 1);
+    EXPECT_EQ(file(), Entry("one") + MARK);
+}
+
+// --- the auxiliary file -----------------------------------------------------------------------------
+
+class AuxLogTest : public LogFixture {
+protected:
+    // Replays a file of these bytes backward.
+    int replay(const std::string &bytes, int mode = 5) {
+        std::string other = scratch.write("clip", bytes);
+        snprintf(name, sizeof name, "%s", other.c_str());
+        AuxFile = {&handle, name};
+        return AuxReplayBackward(static_cast<int32_t>(bytes.size()), 0, 0, mode);
+    }
+    FileHandle handle = NO_FILE;
+    char name[MAX_PATH_SIZE] = "";
+};
+
+TEST_F(AuxLogTest, ReplaysAWholeFileBackward) {
+    EXPECT_EQ(replay(Entry("one") + Entry("two") + Entry("three")), 1);
+    EXPECT_EQ(Notes, (std::vector<Replayed>{{"three", 1, 5}, {"two", 1, 5}, {"one", 1, 5}}));
+    EXPECT_EQ(handle, NO_FILE);
+    EXPECT_EQ(AuxFile.name, EditLog.LogFileName);
+    EXPECT_EQ(AuxFile.handle, &EditLog.LogHandle);
+}
+
+TEST_F(AuxLogTest, StopsAtAMark) {
+    EXPECT_EQ(replay(Entry("one") + MARK + Entry("two")), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two"}));
+}
+
+TEST_F(AuxLogTest, GoesThroughManyWindowsAndLongRecords) {
+    std::string bytes, text(4000, 'n');
+    Texts backward;
+    for (int i = 0; i < 300; i++) {
+        bytes += Entry(std::to_string(i));
+        backward.insert(backward.begin(), "-" + std::to_string(i));
+    }
+    bytes += Entry(text);
+    backward.insert(backward.begin(), "-" + text);
+    EXPECT_EQ(replay(bytes), 1);
+    EXPECT_EQ(replayed(), backward);
+}
+
+TEST_F(AuxLogTest, AnEmptyFileReplaysNothing) {
+    EXPECT_EQ(replay(""), 1);
+    EXPECT_TRUE(Notes.empty());
+}
+
+TEST_F(AuxLogTest, ARefusedRecordEndsIt) {
+    RefusedText = "two";
+    EXPECT_EQ(replay(Entry("one") + Entry("two") + Entry("three")), 0);
+    EXPECT_EQ(replayed(), (Texts{"-three"}));
+    EXPECT_EQ(EditLog.AuxPtr, 0);
+    EXPECT_EQ(handle, NO_FILE);
+}
+
+TEST_F(AuxLogTest, DamageEndsIt) {
+    EXPECT_EQ(replay(Word(99) + Entry("two")), 0);
+    EXPECT_EQ(replayed(), (Texts{"-two"}));
+    EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to read auxiliary log file ") + name}));
+}
+
+TEST_F(AuxLogTest, AFileThatIsNotThereIsTold) {
+    snprintf(name, sizeof name, "%s", scratch.file("nothing").c_str());
+    AuxFile = {&handle, name};
+    EXPECT_EQ(AuxReplayBackward(16, 0, 0, 5), 0);
+    EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to open auxiliary log file ") + name}));
+}
+
+TEST_F(AuxLogTest, WithoutANameNothingIsSaid) {
+    AuxFile = {&handle, name};
+    EXPECT_EQ(AuxReplayBackward(16, 0, 0, 5), 0);
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+} // namespace

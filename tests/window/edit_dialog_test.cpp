@@ -1,0 +1,263 @@
+// The floating dialog, typed into with the real keyboard.
+
+#include "shell/command_ids.h"
+#include "window/edit_driver.h"
+
+namespace {
+
+class EditDialogWindow : public EditDriver {
+protected:
+    void SetUp() override {
+        openRows("%ENDTIME = 400;\n"
+                 "A { In Default None 0 1 50 } = 1 100 0 200 1 100;\n"
+                 "B[7:0] { In Default None 0 1 50 } = 11 100 22 200 33 100;\n"
+                 "C { In Default None 0 1 50 } = 1 100 (1 20 0 30) #2 *2 0 100;\n",
+                 {"A", "B[7:0]", "C"});
+    }
+    HWND control(int id) const { return GetDlgItem(edit.window, id); }
+    bool focusIs(int id) const {
+        return WaitFor([&] { return editor->focus() == control(id); }, 10);
+    }
+    static constexpr int A = 0, B = 1, C = 2;
+};
+
+} // namespace
+
+TEST_F(EditDialogWindow, OpensInEditModeWithoutTakingTheKeyboard) {
+    EXPECT_EQ(edit.title(), "Nothing Selected");
+    for (int id = EDIT_DURATION; id <= EDIT_FOREVER; ++id) EXPECT_FALSE(isEnabled(id)) << id;
+    EXPECT_EQ(edit.text(111), "Duration:");
+    EXPECT_EQ(edit.text(112), "Value:");
+    EXPECT_EQ(edit.text(113), "Scale:");
+    EXPECT_EQ(edit.text(114), "Repeat:");
+    EXPECT_EQ(edit.text(EDIT_FOREVER), "Forever");
+    std::vector<std::string> labels = edit.labels();
+    EXPECT_NE(std::find(labels.begin(), labels.end(), "States:"), labels.end());
+    EXPECT_EQ(GetForegroundWindow(), editor->frame());
+    editor->shoot("edit-dialog-empty", edit.window);
+}
+
+TEST_F(EditDialogWindow, ShowsABitPulseAndTakesADurationByEnter) {
+    clickAt(A, 50);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    EXPECT_TRUE(titleBecomes("Selected Bit Pulse = High"));
+    EXPECT_TRUE(isEnabled(EDIT_DURATION) && isEnabled(111) && isEnabled(EDIT_STATES));
+    EXPECT_FALSE(isEnabled(EDIT_VALUE) || isEnabled(112) || isEnabled(EDIT_SCALE) || isEnabled(EDIT_REPEAT));
+    EXPECT_FALSE(states().empty());
+    editor->shoot("edit-dialog-bit", edit.window);
+    ASSERT_TRUE(focusIs(EDIT_DURATION));
+    typeText("150");
+    PressKey(VK_RETURN);
+    EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectStart == 150; }));
+    EXPECT_EQ(selection().SelFrames[0].item, 1) << "on to the next item";
+    EXPECT_TRUE(focusIs(EDIT_DURATION));
+    typeText("250");
+    PressKey(VK_RETURN);
+    EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectStart == 400; }));
+    EXPECT_EQ(saved("A"), "1 150 0 250 1 100");
+}
+
+TEST_F(EditDialogWindow, TakesADurationByLeaving) {
+    clickAt(A, 150);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    typeInto(EDIT_DURATION, "50");
+    PressKey(VK_TAB);
+    EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectEnd == 150; }));
+    EXPECT_EQ(selection().SelFrames[0].item, 1) << "it stays on the item";
+    EXPECT_EQ(saved("A"), "1 100 0 50 1 100");
+}
+
+TEST_F(EditDialogWindow, AClickInTheWavesTakesWhatWasTyped) {
+    clickAt(A, 150);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    typeInto(EDIT_DURATION, "50");
+    clickAt(B, 50);
+    EXPECT_TRUE(titleBecomes("Selected Bus Pulse = 11"));
+    EXPECT_EQ(saved("A"), "1 100 0 50 1 100");
+}
+
+TEST_F(EditDialogWindow, EscapeTakesBackWhatWasTyped) {
+    clickAt(A, 150);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    std::string before = edit.text(EDIT_DURATION);
+    typeInto(EDIT_DURATION, "50");
+    PressKey(VK_ESCAPE);
+    EXPECT_TRUE(fieldBecomes(EDIT_DURATION, before));
+    EXPECT_TRUE(IsWindow(edit.window));
+    clickAt(B, 50);
+    EXPECT_EQ(saved("A"), "1 100 0 200 1 100");
+}
+
+TEST_F(EditDialogWindow, ValuesAreTypedAlongABusAsOneStep) {
+    clickAt(B, 50);
+    ASSERT_TRUE(titleBecomes("Selected Bus Pulse = 11"));
+    EXPECT_TRUE(isEnabled(EDIT_VALUE) && isEnabled(EDIT_DURATION));
+    EXPECT_FALSE(isEnabled(EDIT_STATES));
+    EXPECT_EQ(edit.text(EDIT_VALUE), "11");
+    ASSERT_TRUE(focusIs(EDIT_VALUE));
+    editor->shoot("edit-dialog-bus", edit.window);
+    for (const char *value : {"A0", "A0", "B1"}) {
+        typeText(value);
+        PressKey(VK_RETURN);
+        ASSERT_TRUE(isDone());
+    }
+    EXPECT_TRUE(titleBecomes("Selected Bus Pulse = B1")) << "the last item stays";
+    EXPECT_EQ(edit.text(EDIT_VALUE), "B1");
+    clickAt(A, 50);
+    ASSERT_TRUE(titleBecomes("Selected Bit Pulse = High"));
+    EXPECT_EQ(saved("B[7:0]"), "a0 300 b1 100");
+}
+
+TEST_F(EditDialogWindow, F9InAFieldUndoesInTheDocument) {
+    clickAt(B, 50);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    ASSERT_TRUE(focusIs(EDIT_VALUE));
+    typeText("7");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(titleBecomes("Selected Bus Pulse = 22"));
+    PressKey(VK_F9);
+    ASSERT_TRUE(kindBecomes(SEL_NONE));
+    clickAt(B, 50);
+    EXPECT_TRUE(titleBecomes("Selected Bus Pulse = 11"));
+}
+
+TEST_F(EditDialogWindow, ValueOfASpan) {
+    dragOver(B, 40, 160);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    EXPECT_TRUE(titleBecomes("Selected Interval in Pattern B[7:0]"));
+    ASSERT_TRUE(focusIs(EDIT_VALUE));
+    typeText("5");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    EXPECT_EQ(saved("B[7:0]"), "11 40 5 120 22 140 33 100");
+}
+
+TEST_F(EditDialogWindow, StatesArePickedFromTheList) {
+    clickAt(A, 150);
+    ASSERT_TRUE(titleBecomes("Selected Bit Pulse = Low"));
+    HWND list = control(EDIT_STATES);
+    EXPECT_EQ(SendMessageA(list, LB_GETCURSEL, 0, 0), 0);
+    RECT row = {};
+    SendMessageA(list, LB_GETITEMRECT, 2, reinterpret_cast<LPARAM>(&row));
+    RECT place = PlaceOf(list);
+    ClickAt(place.left + 20, place.top + (row.top + row.bottom) / 2 + 2);
+    EXPECT_TRUE(titleBecomes("Selected Bit Pulse = " + states()[2]));
+    EXPECT_TRUE(focusIs(EDIT_STATES));
+    // The arrow keys go through the list, and stay in it.
+    PressKey(VK_DOWN);
+    EXPECT_TRUE(titleBecomes("Selected Bit Pulse = " + states()[3]));
+    EXPECT_TRUE(focusIs(EDIT_STATES));
+    EXPECT_EQ(saved("A"), "1 100 3 200 1 100");
+}
+
+TEST_F(EditDialogWindow, ScaleAndRepeatOfASpanAndOfAReference) {
+    dragOver(A, 100, 300);
+    // From edge to edge it is the one pulse; a span begins inside.
+    dragOver(A, 60, 300);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    EXPECT_EQ(edit.text(EDIT_SCALE), "1");
+    typeInto(EDIT_REPEAT, "2");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    EXPECT_TRUE(fieldBecomes(EDIT_REPEAT, "2"));
+    typeInto(EDIT_SCALE, "3");
+    PressKey(VK_TAB);
+    EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectEnd == 60 + 2 * 3 * 240; }));
+    EXPECT_TRUE(fieldBecomes(EDIT_SCALE, "3"));
+    editor->shoot("edit-dialog-reference", edit.window);
+}
+
+TEST_F(EditDialogWindow, ForeverAtTheTailOnly) {
+    dragOver(A, 40, 200);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    EXPECT_FALSE(isEnabled(EDIT_FOREVER)) << "in the middle of the wave";
+    dragOver(A, 200, 400);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    ASSERT_TRUE(isEnabled(EDIT_FOREVER));
+    edit.click(EDIT_FOREVER);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    EXPECT_TRUE(fieldBecomes(EDIT_REPEAT, "##"));
+    EXPECT_FALSE(isEnabled(EDIT_REPEAT));
+    EXPECT_EQ(SendMessageA(control(EDIT_FOREVER), BM_GETCHECK, 0, 0), BST_CHECKED);
+    editor->shoot("edit-dialog-forever", edit.window);
+    edit.click(EDIT_FOREVER);
+    EXPECT_TRUE(WaitFor([&] { return isEnabled(EDIT_REPEAT) || selection().SelKind != SEL_PATTERN; }, 10));
+    EXPECT_EQ(SendMessageA(control(EDIT_FOREVER), BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    EXPECT_EQ(saved("A"), "1 100 0 200 1 100") << "what is repeated once is no pattern any more";
+}
+
+TEST_F(EditDialogWindow, TheKeysOfTheWavesWorkUntilTheFieldIsTaken) {
+    clickAt(B, 150);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    ASSERT_TRUE(focusIs(EDIT_VALUE));
+    // The field has the cursor, but nobody has typed: Del takes the pulse out.
+    PressKey(VK_DELETE);
+    ASSERT_TRUE(kindBecomes(SEL_NONE));
+    clickAt(B, 150);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    typeInto(EDIT_VALUE, "5A");
+    PressKey(VK_HOME); // a key of the main window everywhere
+    PressKey(VK_DELETE);
+    EXPECT_EQ(saved("B[7:0]"), "11 100 33 100");
+}
+
+TEST_F(EditDialogWindow, StaysInQueryModeAndReturnsToItsPlace) {
+    editor->command(COMMAND_QUERY_MODE);
+    ASSERT_TRUE(commandBecomes(COMMAND_QUERY_MODE));
+    EXPECT_TRUE(IsWindowVisible(edit.window));
+    SetWindowPos(edit.window, nullptr, 321, 555, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    PostMessageA(edit.window, WM_CLOSE, 0, 0);
+    ASSERT_TRUE(editor->editDialogGone());
+    editor->command(COMMAND_EDIT_MODE);
+    edit = editor->editDialog();
+    ASSERT_NE(edit.window, nullptr);
+    EXPECT_TRUE(WaitFor([&] { return PlaceOf(edit.window).left == 321; }, 5));
+    EXPECT_EQ(PlaceOf(edit.window).top, 555);
+    EXPECT_EQ(GetForegroundWindow(), editor->frame()) << "it does not take the keyboard";
+}
+
+TEST_F(EditDialogWindow, ClosingItTakesWhatWasTyped) {
+    clickAt(A, 150);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    typeInto(EDIT_DURATION, "50");
+    PostMessageA(edit.window, WM_CLOSE, 0, 0);
+    ASSERT_TRUE(editor->editDialogGone());
+    EXPECT_EQ(saved("A"), "1 100 0 50 1 100");
+    // Without it editing goes on.
+    clickAt(A, 50);
+    EXPECT_TRUE(kindBecomes(SEL_PULSE));
+}
+
+TEST_F(EditDialogWindow, LeavesWithTheProgram) {
+    clickAt(A, 150);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    typeInto(EDIT_DURATION, "77");
+    editor->toFront();
+    editor->close();
+    Dialog question = editor->dialog();
+    ASSERT_NE(question.window, nullptr) << "what was typed counts as a change";
+    question.click(4);
+    EXPECT_EQ(editor->ended(), 0u);
+}
+
+TEST_F(EditDialogWindow, NoLabelIsCut) {
+    // The dialog's font, made anew, as that of another process is out of reach.
+    HDC context = GetDC(nullptr);
+    int height = -MulDiv(8, GetDeviceCaps(context, LOGPIXELSY), 72);
+    HFONT font =
+        CreateFontA(height, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, "MS Sans Serif");
+    HGDIOBJ before = SelectObject(context, font);
+    for (int id : {111, 112, 113, 114, static_cast<int>(EDIT_FOREVER)}) {
+        std::string text = TextOf(control(id));
+        SIZE size = {};
+        GetTextExtentPoint32A(context, text.c_str(), static_cast<int>(text.size()), &size);
+        RECT client = {};
+        GetClientRect(control(id), &client);
+        int mark = id == EDIT_FOREVER ? GetSystemMetrics(SM_CXMENUCHECK) + 4 : 0;
+        EXPECT_LE(size.cx + mark, client.right) << text;
+        EXPECT_LE(size.cy, client.bottom + 1) << text;
+    }
+    SelectObject(context, before);
+    DeleteObject(font);
+    ReleaseDC(nullptr, context);
+}
