@@ -7,7 +7,6 @@
 #include "display/ruler.h"
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
-#include "store/mutators.h"
 #include "store/pattern_store.h"
 #include <algorithm>
 #include <array>
@@ -97,7 +96,7 @@ void SpreadChanged() {
     for (uint32_t id = 1; id <= HighestPatternId; id++) {
         if (!PatternInUse(id)) continue;
         Pattern *pattern = PatternFromId(id);
-        if (!pattern->changed() && ReferenceItems(pattern) > 0) users.push_back(pattern);
+        if (!pattern->changed() && ReferenceItems[pattern->id] > 0) users.push_back(pattern);
     }
     size_t left;
     do {

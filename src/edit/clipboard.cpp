@@ -72,7 +72,6 @@ void CopySelection(Pattern *pattern, int32_t start) {
     CutToClipFile(start);
     LogForget(start);
     RestoreStore(before);
-    RecountReferenceItems();
 }
 
 void ForgetSelection() {

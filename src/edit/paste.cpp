@@ -92,20 +92,36 @@ int PasteTransition(const LogRecord &record) {
     return Inserted(InsertTransition(target, PlaceInTarget(target, record), record.value, record.duration));
 }
 
+// A reference to a pattern that the file did not make just before. Only named ones are used in several
+// places, and none in itself.
+bool MayBeShared(uint16_t id) {
+    const uint16_t *first = PasteMap.PasteNew.data() + 2;
+    const uint16_t *last = PasteMap.PasteNew.data() + PasteMap.PasteDepth + 1;
+    bool inProgress = first < last && std::find(first, last, id) != last;
+    return id != 0 && PatternInUse(id) && PatternFromId(id)->nameLength != 0 && !inProgress;
+}
+
 int PasteReference(const LogRecord &record) {
+    uint16_t depth = PasteMap.PasteDepth;
     uint16_t id = record.patternId;
-    if (PasteMap.PasteDepth > 1 && id == PasteMap.PasteOld[PasteMap.PasteDepth]) {
-        // That pattern is finished, and this is the reference to it.
-        id = PasteMap.PasteNew[PasteMap.PasteDepth--];
+    bool finished = depth > 1 && id == PasteMap.PasteOld[depth];
+    if (finished) {
+        // That pattern is complete, and this is the reference to it.
+        id = PasteMap.PasteNew[depth];
+        PasteMap.PasteDepth--;
     }
-    Pattern *target = Target();
-    if (!target || id == 0 || !PatternInUse(id)) return Misfit();
     auto kind = static_cast<PatternKind>(record.ownerKind);
-    if (kind > PatternKind::Reference) return Misfit();
-    kind = KindWithReference(target, kind);
-    return Inserted(InsertReference(target, kind, PlaceInTarget(target, record), id, record.scale,
-                                    record.repeat, record.sliceWidth, record.sliceOffset,
-                                    record.forcedFormat));
+    Pattern *target = Target();
+    bool fits = target && kind <= PatternKind::Reference && (finished || MayBeShared(id));
+    if (fits) {
+        kind = KindWithReference(target, kind);
+        target = InsertReference(target, kind, PlaceInTarget(target, record), id, record.scale, record.repeat,
+                                 record.sliceWidth, record.sliceOffset, record.forcedFormat);
+        if (Inserted(target)) return 1;
+    }
+    // Nothing refers to it: PasteEnd takes it away.
+    PasteMap.PasteDepth = depth;
+    return fits ? 0 : Misfit();
 }
 
 void RemoveWithItems(uint16_t id) {
@@ -265,7 +281,6 @@ int PasteAtSelection(uint16_t patternId) {
     if (CheckNesting(id) || NestsTooDeep(id, index, end)) {
         LogForget(start);
         RestoreStore(before);
-        RecountReferenceItems();
         ShowErrorStrip("Recursion violation in paste");
         good = 0;
     }

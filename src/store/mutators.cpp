@@ -5,8 +5,6 @@
 #include "store/name_index.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
-#include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace {
@@ -18,9 +16,6 @@ constexpr uint32_t SCALE_BITS = 0xFFFFu << 14;
 constexpr uint32_t FORCED_FORMAT_BITS = 7u << 1;
 // Bits of a reference item that have no meaning and stay as they are found.
 constexpr uint32_t UNUSED_ITEM_BITS = 3u << 30;
-
-// By id. Kept here, since items get or lose the form of a reference nowhere else.
-std::array<uint16_t, MAX_PATTERNS> referenceItems;
 
 void MarkTimesChanged(Pattern *pattern) {
     pattern->setDurationValid(false);
@@ -58,20 +53,6 @@ PatternItem *OpenItem(Pattern *pattern, uint16_t index) {
 }
 
 } // namespace
-
-uint32_t ReferenceItems(const Pattern *pattern) {
-    return referenceItems[pattern->id];
-}
-
-void RecountReferenceItems() {
-    for (uint32_t id = 1; id <= HighestPatternId; ++id) {
-        if (!PatternInUse(id)) continue;
-        const Pattern *pattern = PatternFromId(id);
-        referenceItems[id] =
-            static_cast<uint16_t>(std::count_if(pattern->items(), pattern->items() + pattern->itemCount,
-                                                [](const PatternItem &item) { return item.isReference(); }));
-    }
-}
 
 int SetPatternDelay(Pattern *pattern, uint32_t delay) {
     if (pattern->delay == delay) return 0;
@@ -177,7 +158,7 @@ Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uin
                   (sliceOffset & 31) << 4 | (forcedFormat & 7) << 1 | 1;
     item->word1 = patternId | Clamp16(repeat) << 16;
     pattern->setKind(kind);
-    ++referenceItems[pattern->id];
+    ++ReferenceItems[pattern->id];
     MarkTimesChanged(pattern);
     return pattern;
 }
@@ -197,7 +178,7 @@ void DeleteItem(Pattern *pattern, uint16_t index) {
 }
 
 void DropItem(Pattern *pattern, uint16_t index) {
-    if (pattern->item(index).isReference()) --referenceItems[pattern->id];
+    if (pattern->item(index).isReference()) --ReferenceItems[pattern->id];
     --pattern->itemCount;
     PatternItem *items = pattern->items();
     memmove(items + index, items + index + 1, (pattern->itemCount - size_t{index}) * sizeof(PatternItem));
@@ -238,7 +219,7 @@ Pattern *CreatePattern(uint32_t id, const char *name, uint32_t width) {
     pattern->size = 0;
     pattern->duty = 50;
     pattern->itemCount = 0;
-    referenceItems[pattern->id] = 0;
+    ReferenceItems[pattern->id] = 0;
     pattern->nameLength = static_cast<uint16_t>(nameRoom);
     pattern->reserved = 0;
     if (nameRoom) {

@@ -7,12 +7,6 @@
 
 #include "store/pattern.h"
 
-// How many of the pattern's items are references: who looks for references need not look through a long
-// pattern that holds data alone.
-uint32_t ReferenceItems(const Pattern *pattern);
-// Counts them anew, after all patterns went back to what they were.
-void RecountReferenceItems();
-
 // Return 1 if the field changed, 0 if not. None of these moves records.
 int SetPatternDelay(Pattern *pattern, uint32_t delay);
 int SetPatternParams(Pattern *pattern, uint32_t stateTable, uint32_t pinType, uint32_t format, int32_t period,

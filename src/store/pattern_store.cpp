@@ -15,6 +15,7 @@ int32_t HeapTop = 0;
 int32_t HoleBytes = 0;
 uint16_t HighestPatternId = 0;
 uint16_t TopPatternId = 0;
+std::array<uint16_t, MAX_PATTERNS> ReferenceItems;
 void *(*ResizeBlock)(void *block, size_t size) = realloc;
 
 namespace {
@@ -245,7 +246,8 @@ StoreCopy CopyStore() {
             HoleBytes,
             HighestPatternId,
             TopPatternId,
-            freeIdFrom};
+            freeIdFrom,
+            std::vector<uint16_t>(ReferenceItems.begin(), ReferenceItems.end())};
 }
 
 void RestoreStore(const StoreCopy &copy) {
@@ -261,6 +263,7 @@ void RestoreStore(const StoreCopy &copy) {
     HighestPatternId = copy.HighestPatternId;
     TopPatternId = copy.TopPatternId;
     freeIdFrom = copy.freeIdFrom;
+    std::copy(copy.ReferenceItems.begin(), copy.ReferenceItems.end(), ReferenceItems.begin());
 }
 
 int LogHoldOpen(int hold) {

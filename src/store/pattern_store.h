@@ -4,6 +4,7 @@
 #pragma once
 
 #include "store/pattern.h"
+#include <array>
 #include <vector>
 
 // Entries of the table; ids run from 1 to MAX_PATTERNS - 1.
@@ -23,6 +24,10 @@ extern int32_t HeapTop;   // offset behind the last closed record
 extern int32_t HoleBytes; // bytes in free records and fillers
 extern uint16_t HighestPatternId;
 extern uint16_t TopPatternId; // the open top record, 0 if there is none
+
+// How many items of each pattern, by id, are references: who looks for references need not look through a
+// long pattern that holds data alone. Written by the mutators.
+extern std::array<uint16_t, MAX_PATTERNS> ReferenceItems;
 
 // Makes the table, the heap and the state block. Returns 1, or 0 after a message.
 int PatternStoreInit();
@@ -51,6 +56,7 @@ struct StoreCopy {
     int32_t HeapTop, HoleBytes;
     uint16_t HighestPatternId, TopPatternId;
     uint32_t freeIdFrom;
+    std::vector<uint16_t> ReferenceItems;
 };
 StoreCopy CopyStore();
 // Records move.

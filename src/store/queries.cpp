@@ -1,7 +1,6 @@
 #include "store/queries.h"
 
 #include "config/settings.h"
-#include "store/mutators.h"
 #include "store/name_index.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
@@ -81,7 +80,7 @@ TimeVal LongerOf(TimeVal longest, Pattern *pattern) {
 }
 
 bool RefersToInvalid(const Pattern *pattern) {
-    if (ReferenceItems(pattern) == 0) return false;
+    if (ReferenceItems[pattern->id] == 0) return false;
     for (uint32_t i = 0; i < pattern->itemCount; ++i) {
         const PatternItem &item = pattern->item(i);
         if (!item.isReference() || !PatternInUse(item.patternId())) continue;
@@ -200,7 +199,7 @@ int IsPatternReferenced(uint16_t id) {
     for (uint32_t user = HighestPatternId; user >= 1; --user) {
         if (!PatternInUse(user)) continue;
         const Pattern *pattern = PatternFromId(user);
-        if (ReferenceItems(pattern) == 0) continue;
+        if (ReferenceItems[pattern->id] == 0) continue;
         for (uint32_t i = 0; i < pattern->itemCount; ++i) {
             if (pattern->item(i).isReference() && pattern->item(i).patternId() == id) return 1;
         }

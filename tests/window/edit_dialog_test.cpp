@@ -151,8 +151,6 @@ TEST_F(EditDialogWindow, StatesArePickedFromTheList) {
 }
 
 TEST_F(EditDialogWindow, ScaleAndRepeatOfASpanAndOfAReference) {
-    dragOver(A, 100, 300);
-    // From edge to edge it is the one pulse; a span begins inside.
     dragOver(A, 60, 300);
     ASSERT_TRUE(kindBecomes(SEL_SPAN));
     EXPECT_EQ(edit.text(EDIT_SCALE), "1");

@@ -258,10 +258,7 @@ bool Editor::open(bool keepEditDialog) {
     const uint8_t *state = address("CommandState");
     uint16_t inForce = 0;
     WaitFor([&] { return readMemory(state, &inForce, sizeof inForce) && inForce != 0 && Answers(frame()); });
-    if (!keepEditDialog && shownEditDialog()) {
-        PostMessageA(shownEditDialog(), WM_CLOSE, 0, 0);
-        if (!editDialogGone()) return false;
-    }
+    if (!keepEditDialog && !closeEditDialog()) return false;
     toFront();
     return painted();
 }
@@ -306,6 +303,13 @@ Dialog Editor::editDialog() const {
 
 bool Editor::editDialogGone() const {
     return WaitFor([&] { return shownEditDialog() == nullptr; });
+}
+
+bool Editor::closeEditDialog() const {
+    HWND window = shownEditDialog();
+    if (!window) return true;
+    PostMessageA(window, WM_CLOSE, 0, 0);
+    return editDialogGone();
 }
 
 HWND Editor::shownDialog() const {

@@ -56,6 +56,8 @@ public:
     // speaks of dialogs means this one.
     Dialog editDialog() const;
     bool editDialogGone() const;
+    // Closes it, if it is there; false if it stays.
+    bool closeEditDialog() const;
     // Waits for a dialog other than `before`; its window is null if none comes.
     Dialog dialog(HWND before = nullptr) const;
     // Those that are there now, the topmost first.

@@ -5,7 +5,8 @@
 //
 // The picture shows the program with its start settings, or with a copy of those in DIRECTORY. A SCENE is
 // "readout", the main window with the cursor on a bus and the mark before it, "hierarchy", the window that
-// lists what a wave is made of, or "selected", the main window with a bus value selected.
+// lists what a wave is made of, "selected", the main window with a bus value selected, or "dialog",
+// the floating dialog beside that.
 
 #include "shell/command_ids.h"
 #include "window/editor.h"
@@ -61,6 +62,10 @@ HWND Arrange(const Editor &editor, const std::string &scene) {
     } else if (scene == "selected") {
         constexpr int COUNT = 7; // of examples/clock.wdl
         ClickRow(editor, WAVES, COUNT, 0.2);
+    } else if (scene == "dialog") {
+        constexpr int COUNT = 7; // of examples/clock.wdl
+        ClickRow(editor, WAVES, COUNT, 0.2);
+        return editor.editDialog().window;
     } else if (!scene.empty()) {
         return nullptr;
     }
@@ -78,7 +83,7 @@ int TakePicture(const std::string &file, const std::string &config, const std::s
         return 1;
     }
     Editor editor(directory, "\"" + file + "\"");
-    if (!editor.open()) {
+    if (!editor.open(scene == "dialog")) {
         fprintf(stderr, "The editor did not open %s\n", file.c_str());
         TellDialog(editor);
         return 1;

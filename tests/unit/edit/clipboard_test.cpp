@@ -859,6 +859,41 @@ TEST_F(DamagedClip, AReferenceToAnUnknownPatternStopsThePaste) {
     EXPECT_TRUE(undoGives(before));
 }
 
+TEST_F(DamagedClip, AReferenceToAnUnnamedPatternOfTheDocumentStopsThePaste) {
+    uint16_t inner = MakePattern("", {{1, 3}});
+    uint16_t b = MakePattern("B");
+    AddReference(b, {.id = inner});
+    pasteRecords([&] { LogReference(0, a, 0, 0, inner, 1, 1, 0, 0, 0); });
+    EXPECT_EQ(StoreText(), before) << "its one owner is another pattern";
+    expectInvalid();
+}
+
+TEST_F(DamagedClip, AReferenceToAPatternThatIsNotFinishedStopsThePaste) {
+    // The lowest free ids are given to what the file makes.
+    auto made = static_cast<uint16_t>(HighestPatternId + 1);
+    for (const char *name : {"", "$made"}) {
+        Headless.programErrors.clear();
+        pasteRecords([made, name] {
+            LogReference(0, 101, 0, 0, made, 1, 1, 0, 0, 0);
+            LogPattern(0, 101, 1, "");
+            LogPattern(0, 100, 1, name);
+        });
+        EXPECT_EQ(Headless.programErrors, Texts{"ApplicationExecuteLog - Invalid Command"});
+        EXPECT_EQ(FindReferenceCircle(), 0);
+        if (*name == 0) EXPECT_EQ(StoreText(), before);
+    }
+}
+
+TEST_F(DamagedClip, AFinishedPatternWhoseReferenceDoesNotFitIsTakenAway) {
+    pasteRecords([this] {
+        LogReference(0, a, 9, 0, 100, 1, 1, 0, 0, 0);
+        LogTransition(0, 100, 0, 1, 1);
+        LogPattern(0, 100, 1, "");
+    });
+    EXPECT_EQ(StoreText(), before);
+    expectInvalid();
+}
+
 TEST_F(DamagedClip, ReferencesToNoPatternAtAll) {
     for (uint16_t id : {0, 4000, 65535}) {
         Headless.programErrors.clear();

@@ -258,4 +258,25 @@ TEST_F(Mutators, ANameMuchLongerThanTheReservedRoomMovesTheRecord) {
     EXPECT_EQ(HeapFault(), "");
 }
 
+TEST_F(Mutators, ReferencesAreCountedWhereverTheyComeAndGo) {
+    uint16_t target = MakePattern("$SUB", {{0, 10}});
+    uint16_t id = MakePattern("USER", {{0, 10}});
+    EXPECT_EQ(ReferenceItems[id], 0u);
+    AddReference(id, {target});
+    AddTransition(id, 1, 5);
+    AddReference(id, {target, 2, 3});
+    AddReference(id, {target});
+    EXPECT_EQ(ReferenceItems[id], 3u);
+    EXPECT_EQ(ReferenceItems[target], 0u);
+    DeleteItem(PatternFromId(id), 1);
+    EXPECT_EQ(ReferenceItems[id], 2u);
+    DropItem(PatternFromId(id), 2);
+    DeleteItem(PatternFromId(id), 0); // data
+    EXPECT_EQ(ReferenceItems[id], 1u);
+    EXPECT_EQ(HeapFault(), "");
+    DeletePattern(PatternFromId(id));
+    CreatePattern(id, "AGAIN", 0);
+    EXPECT_EQ(ReferenceItems[id], 0u);
+}
+
 } // namespace

@@ -144,7 +144,7 @@ std::string HeapFault() {
         const Pattern *pattern = PatternFromId(id);
         auto references = std::count_if(pattern->items(), pattern->items() + pattern->itemCount,
                                         [](const PatternItem &item) { return item.isReference(); });
-        if (references != ReferenceItems(pattern))
+        if (references != ReferenceItems[pattern->id])
             return "references of " + std::to_string(id) + " miscounted";
     }
     return "";
