@@ -29,7 +29,8 @@ void RunEvent(uint16_t phase) {
     }
     CommandState.CommandPhase = PHASE_IDLE;
     UpdateCommands();
-    DrawRulerCursor(true);
+    // What tracks the mouse begins with its first movement, which brings the marker back.
+    if (!(CommandState.CursorMode & CURSOR_TRACK)) DrawRulerCursor(true);
 }
 
 void NotePlace(AxisPlace place) {

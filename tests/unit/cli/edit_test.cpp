@@ -259,9 +259,15 @@ TEST_F(Edit, AClickSelectsWhatIsThere) {
 }
 
 TEST_F(Edit, ASelectionGoesDownIntoPatternsAndUpAgain) {
-    EXPECT_EQ(printed("select v 36 38\nstatus\n"), "3 Selected Bit Pulse = High\n"
+    EXPECT_EQ(printed("select v 37 37\nstatus\n"), "3 Selected Bit Pulse = High\n"
                                                    "  20 50 1 3 1\n"
                                                    "  35 40 0 1 1\n");
+    // A stretch inside the level becomes a pulse.
+    EXPECT_EQ(printed("select v 36 38\nstatus\n"), "3 Selected Bit Pulse = Low\n"
+                                                   "  20 50 1 3 1\n"
+                                                   "  36 38 0 1 2\n");
+    EXPECT_EQ(printed("select v 30 40\nstatus\n"), "4 Selected Pattern $p\n  20 50 1 3 1\n");
+    EXPECT_EQ(printed("select v 31 31\nselect v 25 45\nstatus\n"), "4 Selected Pattern $p\n  20 50 0 3 1\n");
 }
 
 TEST_F(Edit, ADragInsideALevelMakesAPulse) {
@@ -332,7 +338,8 @@ TEST_F(Edit, DurationWritesThePulsesLength) {
               "3 Selected Bit Pulse = Low\n  130 180 0 2 2\n");
     EXPECT_EQ(itemsAfter("select w 150 150\nduration\n"), "0 100 1 1 0 50");
     EXPECT_EQ(itemsAfter("select w 150 150\nduration  2 ns \n"), "0 100 1 2000 0 50");
-    EXPECT_EQ(itemsAfter("select w 150 150\nduration #5\n"), "0 100 1 1 0 50");
+    EXPECT_EQ(itemsAfter("select w 150 150\nduration #5\n"), "0 100 1 5 0 50");
+    EXPECT_EQ(itemsAfter("select w 150 150\nduration none\n"), "0 100 1 1 0 50");
     notEnabled("", "duration 30");
     notEnabled("select w 50 150\n", "duration 30");
 }
@@ -535,6 +542,12 @@ protected:
 TEST_F(EditLogFile, IsBegunAnewAndHoldsWhatWasFlushed) {
     directory.write("log", "an old one");
     EXPECT_EQ(playLogged("select w 120 150\nundo\n").status, 0);
+    // An undo back to the start of the log reads it from there, which flushes what it recorded.
+    EXPECT_EQ(listing(), "0 RecInsertTransition pattern=2 value=0 duration=30 item=2\n"
+                         "24 RecInsertTransition pattern=2 value=1 duration=50 item=3\n"
+                         "48 RecItemDuration pattern=2 old=100 new=20 item=1\n"
+                         "72 mark\n");
+    EXPECT_EQ(playLogged("select w 120 150\n").status, 0);
     EXPECT_EQ(ReadWholeFile(log), "");
     // A cut flushes what it has recorded, and leaves the rest in the buffer.
     playLogged("select w 120 150\nselect w 210 210\ncut\n");

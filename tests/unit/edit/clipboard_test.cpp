@@ -880,7 +880,9 @@ TEST_F(DamagedClip, AReferenceToAPatternThatIsNotFinishedStopsThePaste) {
         });
         EXPECT_EQ(Headless.programErrors, Texts{"ApplicationExecuteLog - Invalid Command"});
         EXPECT_EQ(FindReferenceCircle(), 0);
-        if (*name == 0) EXPECT_EQ(StoreText(), before);
+        if (*name == 0) {
+            EXPECT_EQ(StoreText(), before);
+        }
     }
 }
 

@@ -144,7 +144,7 @@ TEST_F(RoundTrip, ACompositeWithALaterNameComesBack) {
 // "##" is read at the end of a node alone.
 TEST_F(RoundTrip, AForeverElsewhereComesBackAsANumber) {
     for (const char *text : {"$x = $p #65535;\n", "a { Default } = ($p #65535) ;\n",
-                             "a { Default } = $p #65535 1 5;\n", "a { Default } = $p #65535 @RZ;\n",
+                             "a { Default } = $p #65535 1 5;\n", "a { Default } = $p #65535 @RZ ;\n",
                              "a { Default } = $p #65535 + $q;\n", "a { Default } = $p #65535;\n"}) {
         ASSERT_EQ(readBack(text), "") << text;
         std::string document = DocumentText();

@@ -102,7 +102,7 @@ TEST_F(Writer, ScaleRepeatAndFormatFollowTheirItem) {
     AddReference(a, {.id = q, .scale = 65535, .repeat = 65534, .format = 4});
     AddReference(a, {.id = p, .repeat = REPEAT_FOREVER});
     EXPECT_EQ(WrittenStatements(),
-              "$p = 1 5;\na" + std::string(PLAIN) + " $p *2 #3 @NRZ (1 5)*65535 #65534 @RC  $p ## ;\n");
+              "$p = 1 5;\na" + std::string(PLAIN) + " $p *2 #3 @NRZ (1 5)*65535 #65534 @RC \n   $p ## ;\n");
 }
 
 TEST_F(Writer, CompositeMembersAreJoinedByPlusWithoutABlankBehindIt) {
