@@ -5,6 +5,7 @@
 #include "store/mutators.h"
 #include "store/nesting_depth.h"
 #include "store/pattern_store.h"
+#include <algorithm>
 
 namespace {
 
@@ -134,6 +135,10 @@ bool FillWrapper(uint16_t id, uint16_t wrapper, Stretch &stretch) {
     for (uint16_t index = 0; index < PatternFromId(id)->itemCount && start < stretch.to; index++) {
         const PatternItem &item = PatternFromId(id)->item(index);
         uint64_t end = start + ItemLength(item);
+        // An endless tail goes with whatever ends behind its start, even where one repetition takes no time.
+        bool last = index + 1 == PatternFromId(id)->itemCount;
+        if (last && item.isReference() && item.repeat() == REPEAT_FOREVER)
+            end = std::max<uint64_t>(end, TIME_FOREVER);
         // A reference is taken out whole or not at all.
         bool before = end <= stretch.from || (item.isReference() && start < stretch.from);
         if (before) {

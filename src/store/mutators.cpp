@@ -5,6 +5,7 @@
 #include "store/name_index.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -137,6 +138,7 @@ int SetItemFormat(Pattern *pattern, uint16_t index, uint32_t format) {
 Pattern *InsertTransition(Pattern *pattern, uint16_t index, uint32_t value, uint32_t duration) {
     pattern = PatternAlloc(pattern->id);
     if (!pattern) return nullptr;
+    index = std::min(index, pattern->itemCount);
     LogTransition(1, pattern->id, index, value, duration);
     PatternItem *item = OpenItem(pattern, index);
     item->word0 = duration << 1;
@@ -150,6 +152,7 @@ Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uin
                          uint32_t forcedFormat) {
     pattern = PatternAlloc(pattern->id);
     if (!pattern) return nullptr;
+    index = std::min(index, pattern->itemCount);
     LogReference(1, pattern->id, static_cast<uint32_t>(kind), index, patternId, static_cast<uint16_t>(scale),
                  static_cast<uint16_t>(repeat), static_cast<uint8_t>(sliceWidth),
                  static_cast<uint8_t>(sliceOffset), static_cast<uint8_t>(forcedFormat));

@@ -112,6 +112,20 @@ TEST_F(Wrappers, AnEmptyReferenceBeforeAnEndlessTailGoesAlong) {
     EXPECT_EQ(items(wrapper), (Texts{"0:10", use(empty), use(sub, 65535)}));
 }
 
+TEST_F(Wrappers, AnEndlessTailThatTakesNoTimeGoesAlong) {
+    uint16_t empty = MakePattern("");
+    uint16_t owned = MakePattern("");
+    uint16_t id = MakePattern("a");
+    AddReference(id, {empty});
+    AddReference(id, {.id = owned, .repeat = REPEAT_FOREVER});
+    ASSERT_EQ(ItemsDuration(pattern(id)), TIME_FOREVER);
+    WrapRange(pattern(id), 0, TIME_FOREVER, 1, 2);
+    uint16_t wrapper = targetOf(id, 1);
+    EXPECT_EQ(items(id), (Texts{use(empty), use(wrapper, 2)}));
+    EXPECT_EQ(items(wrapper), Texts{use(owned, REPEAT_FOREVER)});
+    EXPECT_TRUE(PatternInUse(owned));
+}
+
 TEST_F(Wrappers, ItemsBeyondTheAxisGoAlong) {
     uint16_t owned = MakePattern("", {{1, 0x7FFFFFFF}});
     uint16_t id = MakePattern("a", {{0, 0x7FFFFFFF}, {1, 10}});

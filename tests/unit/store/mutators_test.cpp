@@ -258,6 +258,16 @@ TEST_F(Mutators, ANameMuchLongerThanTheReservedRoomMovesTheRecord) {
     EXPECT_EQ(HeapFault(), "");
 }
 
+TEST_F(Mutators, AnIndexBehindTheEndMeansTheEnd) {
+    uint16_t id = MakePattern("A", {{1, 10}});
+    InsertTransition(PatternFromId(id), 7, 0, 20);
+    InsertReference(PatternFromId(id), PatternKind::Plain, 65535, MakePattern("$SUB"), 1, 1, 0, 0, 0);
+    ASSERT_EQ(PatternFromId(id)->itemCount, 3);
+    EXPECT_EQ(PatternFromId(id)->item(1).duration(), 20u);
+    EXPECT_TRUE(PatternFromId(id)->item(2).isReference());
+    EXPECT_EQ(HeapFault(), "");
+}
+
 TEST_F(Mutators, ReferencesAreCountedWhereverTheyComeAndGo) {
     uint16_t target = MakePattern("$SUB", {{0, 10}});
     uint16_t id = MakePattern("USER", {{0, 10}});
