@@ -131,7 +131,7 @@ Pattern *DeleteRange(Pattern *pattern, TimeVal from, TimeVal to) {
         to = TIME_FOREVER;
         TimeVal rest = ItemsDuration(pattern);
         // Those that refer to the pattern do not know yet.
-        pattern->setDurationValid(false);
+        ForgetDuration(pattern);
         if (rest <= from) return pattern;
     }
     if (pattern->itemCount == 0) return pattern;

@@ -60,26 +60,40 @@ std::string PulseText(const Pattern *pattern) {
 
 // --- the merge that waits -------------------------------------------------------------------------
 
-bool JoinsWithNext(const Pattern *pattern, uint32_t index) {
-    if (index + 1 >= pattern->itemCount) return false;
-    const PatternItem &item = pattern->item(index), &next = pattern->item(index + 1);
-    return !item.isReference() && !next.isReference() && item.value() == next.value();
+bool CanMergeAny(const Pattern *pattern) {
+    for (uint16_t index = 0; index < pattern->itemCount; index++)
+        if (CanMergeItems(pattern, index)) return true;
+    return false;
 }
 
-uint16_t JoinsBefore(const Pattern *pattern, uint32_t end) {
-    uint16_t joins = 0;
-    for (uint32_t index = 0; index + 1 < end; index++) joins += JoinsWithNext(pattern, index);
-    return joins;
+// The frame by which the selection goes through the pattern on its way down; null if it does not.
+SelFrame *PathThrough(uint16_t id) {
+    if (EditSelection.SelKind == SEL_NONE) return nullptr;
+    for (uint16_t i = 0; i < EditSelection.SelDepth; i++)
+        if (EditSelection.SelFrames[i].patternId == id) return &EditSelection.SelFrames[i];
+    return nullptr;
 }
 
-// The selection may go through the pattern on its way down; the items there keep their place.
-void MovePathOf(const Pattern *pattern) {
-    if (EditSelection.SelKind == SEL_NONE) return;
-    for (uint16_t i = 0; i < EditSelection.SelDepth; i++) {
-        SelFrame &frame = EditSelection.SelFrames[i];
-        if (frame.patternId != pattern->id) continue;
-        frame.item = static_cast<uint16_t>(frame.item - JoinsBefore(pattern, frame.item));
-    }
+// A merge keeps the references, one behind the other, but they move.
+uint16_t ReferencesBefore(const Pattern *pattern, uint16_t end) {
+    uint16_t count = 0;
+    for (uint16_t index = 0; index < end && index < pattern->itemCount; index++)
+        count += pattern->item(index).isReference();
+    return count;
+}
+
+uint16_t PlaceOfReference(const Pattern *pattern, uint16_t number) {
+    uint16_t index = 0;
+    for (; index < pattern->itemCount; index++)
+        if (pattern->item(index).isReference() && number-- == 0) break;
+    return index;
+}
+
+void MergeAllAround(Pattern *pattern) {
+    SelFrame *path = PathThrough(pattern->id);
+    uint16_t number = path ? ReferencesBefore(pattern, path->item) : 0;
+    MergeAllItems(pattern);
+    if (path) path->item = PlaceOfReference(pattern, number);
 }
 
 void DoPendingMerge() {
@@ -89,11 +103,9 @@ void DoPendingMerge() {
     uint16_t id = PendingMerge;
     PendingMerge = 0;
     // Where nothing is to be joined the log stays as it is, with what can be redone.
-    if (!PatternInUse(id) || JoinsBefore(PatternFromId(id), PatternFromId(id)->itemCount) == 0) return;
-    Pattern *pattern = PatternFromId(id);
-    MovePathOf(pattern);
+    if (!PatternInUse(id) || !CanMergeAny(PatternFromId(id))) return;
     LogJoinAction();
-    MergeAllItems(pattern);
+    MergeAllAround(PatternFromId(id));
     LogEndAction();
     ValidateDurations();
     RepaintChanged(false);

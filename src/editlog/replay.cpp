@@ -93,7 +93,7 @@ void SetClockMultiplier(uint32_t multiplier) {
     for (uint32_t id = 1; id <= HighestPatternId; id++) {
         if (!PatternInUse(id)) continue;
         Pattern *pattern = PatternFromId(id);
-        if (pattern->hasProperties() && pattern->clock() != 0) pattern->setDurationValid(false);
+        if (pattern->hasProperties() && pattern->clock() != 0) ForgetDuration(pattern);
     }
 }
 

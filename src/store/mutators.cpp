@@ -19,7 +19,7 @@ constexpr uint32_t FORCED_FORMAT_BITS = 7u << 1;
 constexpr uint32_t UNUSED_ITEM_BITS = 3u << 30;
 
 void MarkTimesChanged(Pattern *pattern) {
-    pattern->setDurationValid(false);
+    ForgetDuration(pattern);
     pattern->setChanged(true);
 }
 
@@ -54,6 +54,13 @@ PatternItem *OpenItem(Pattern *pattern, uint16_t index) {
 }
 
 } // namespace
+
+bool DurationForgotten;
+
+void ForgetDuration(Pattern *pattern) {
+    pattern->setDurationValid(false);
+    DurationForgotten = true;
+}
 
 int SetPatternDelay(Pattern *pattern, uint32_t delay) {
     if (pattern->delay == delay) return 0;
@@ -187,15 +194,19 @@ void DropItem(Pattern *pattern, uint16_t index) {
     memmove(items + index, items + index + 1, (pattern->itemCount - size_t{index}) * sizeof(PatternItem));
 }
 
-int MergeItems(Pattern *pattern, uint16_t index) {
-    auto next = static_cast<uint16_t>(index + 1);
-    if (index >= pattern->itemCount || next >= pattern->itemCount) return 0;
+bool CanMergeItems(const Pattern *pattern, uint16_t index) {
+    if (index + 1u >= pattern->itemCount) return false;
     const PatternItem &first = pattern->item(index);
-    const PatternItem &second = pattern->item(next);
-    if (first.isReference() || second.isReference() || first.value() != second.value()) return 0;
-    SetItemDuration(pattern, index, first.duration() + second.duration());
+    const PatternItem &second = pattern->item(index + 1u);
+    if (first.isReference() || second.isReference() || first.value() != second.value()) return false;
+    return first.duration() <= MAX_ITEM_DURATION - second.duration();
+}
+
+int MergeItems(Pattern *pattern, uint16_t index) {
+    if (!CanMergeItems(pattern, index)) return 0;
+    auto next = static_cast<uint16_t>(index + 1);
+    SetItemDuration(pattern, index, pattern->item(index).duration() + pattern->item(next).duration());
     DeleteItem(pattern, next);
-    pattern->setDurationValid(false);
     return 1;
 }
 

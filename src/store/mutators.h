@@ -7,6 +7,14 @@
 
 #include "store/pattern.h"
 
+// The duration field of an item has 31 bits.
+constexpr uint32_t MAX_ITEM_DURATION = 0x7FFFFFFF;
+
+// Set when a pattern's length was forgotten, and cleared when those that refer to it have been told.
+extern bool DurationForgotten;
+// The pattern's length is to be counted anew.
+void ForgetDuration(Pattern *pattern);
+
 // Return 1 if the field changed, 0 if not. None of these moves records.
 int SetPatternDelay(Pattern *pattern, uint32_t delay);
 int SetPatternParams(Pattern *pattern, uint32_t stateTable, uint32_t pinType, uint32_t format, int32_t period,
@@ -28,7 +36,10 @@ Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uin
 void DeleteItem(Pattern *pattern, uint16_t index);
 // The same without a record, for a pattern in the making.
 void DropItem(Pattern *pattern, uint16_t index);
-// Joins data items `index` and `index` + 1 if they have the same value; returns whether it did.
+// True if data items `index` and `index` + 1 have the same value, and are no longer together than one item
+// can be.
+bool CanMergeItems(const Pattern *pattern, uint16_t index);
+// Joins such items; returns whether it did.
 int MergeItems(Pattern *pattern, uint16_t index);
 void MergeAllItems(Pattern *pattern);
 

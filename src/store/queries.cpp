@@ -1,6 +1,7 @@
 #include "store/queries.h"
 
 #include "config/settings.h"
+#include "store/mutators.h"
 #include "store/name_index.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
@@ -89,6 +90,23 @@ bool RefersToInvalid(const Pattern *pattern) {
     return false;
 }
 
+// Whoever refers to a pattern whose length is not known does not know its own.
+void SpreadForgotten() {
+    DurationForgotten = false;
+    bool again = true;
+    while (again) {
+        again = false;
+        for (uint32_t id = 1; id <= HighestPatternId; ++id) {
+            if (!PatternInUse(id)) continue;
+            Pattern *pattern = PatternFromId(id);
+            if (!pattern->durationValid() || !RefersToInvalid(pattern)) continue;
+            pattern->setDurationValid(false);
+            pattern->setChanged(true);
+            again = true;
+        }
+    }
+}
+
 int IsMemberOfPlainNode(const char *member, void *) {
     return NameIndexVisitMember(
         member,
@@ -143,6 +161,9 @@ TimeVal PatternDuration(Pattern *pattern) {
 }
 
 TimeVal ItemsDuration(Pattern *pattern) {
+    // Whoever asks in the midst of an edit, to draw a row say, must not hide it from those that refer to the
+    // pattern.
+    if (DurationForgotten) SpreadForgotten();
     // The loader and the replay keep references free of circles; should there be one all the same, it ends
     // here, with a length of 0 for the way back.
     pattern->duration = 0;
@@ -163,18 +184,7 @@ TimeVal UpdateFullDuration() {
 }
 
 TimeVal ValidateDurations() {
-    bool again = true;
-    while (again) {
-        again = false;
-        for (uint32_t id = 1; id <= HighestPatternId; ++id) {
-            if (!PatternInUse(id)) continue;
-            Pattern *pattern = PatternFromId(id);
-            if (!pattern->durationValid() || !RefersToInvalid(pattern)) continue;
-            pattern->setDurationValid(false);
-            pattern->setChanged(true);
-            again = true;
-        }
-    }
+    SpreadForgotten();
     return UpdateFullDuration();
 }
 

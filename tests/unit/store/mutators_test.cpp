@@ -268,6 +268,15 @@ TEST_F(Mutators, AnIndexBehindTheEndMeansTheEnd) {
     EXPECT_EQ(HeapFault(), "");
 }
 
+TEST_F(Mutators, ItemsThatAreTooLongTogetherStayApart) {
+    uint16_t id = MakePattern("L", {{1, MAX_ITEM_DURATION - 4}, {1, 5}, {1, 4}});
+    EXPECT_EQ(MergeItems(PatternFromId(id), 0), 0);
+    EXPECT_EQ(PatternFromId(id)->itemCount, 3);
+    DeleteItem(PatternFromId(id), 1);
+    EXPECT_EQ(MergeItems(PatternFromId(id), 0), 1);
+    EXPECT_EQ(PatternFromId(id)->item(0).duration(), MAX_ITEM_DURATION);
+}
+
 TEST_F(Mutators, ReferencesAreCountedWhereverTheyComeAndGo) {
     uint16_t target = MakePattern("$SUB", {{0, 10}});
     uint16_t id = MakePattern("USER", {{0, 10}});

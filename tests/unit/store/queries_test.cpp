@@ -188,6 +188,21 @@ TEST_F(Queries, AnEditReachesEveryPatternAbove) {
     EXPECT_FALSE(PatternFromId(apart)->changed());
 }
 
+TEST_F(Queries, AskingInTheMidstOfAnEditHidesNothingFromThoseAbove) {
+    uint16_t low = MakePattern("$LOW", {{0, 10}});
+    uint16_t middle = MakePattern("$MID");
+    AddReference(middle, {low});
+    uint16_t top = MakePattern("$TOP");
+    AddReference(top, {middle});
+    ValidateDurations();
+    SetItemDuration(PatternFromId(low), 0, 25);
+    EXPECT_EQ(PatternDuration(PatternFromId(low)), 25u);
+    EXPECT_EQ(PatternDuration(PatternFromId(top)), 25u);
+    EXPECT_TRUE(PatternFromId(top)->changed());
+    ValidateDurations();
+    EXPECT_EQ(PatternFromId(middle)->duration, 25u);
+}
+
 TEST_F(Queries, BusMembersCompareWithCase) {
     MakePattern("A[3:0]");
     EXPECT_NE(IsNodeBusMember("A[2]"), 0);
