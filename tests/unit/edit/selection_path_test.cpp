@@ -34,6 +34,16 @@ TEST_F(Selection, TheParentOfALoneLevelIsTheWholePattern) {
     EXPECT_EQ(SelectParent(), SEL_WHOLE);
 }
 
+TEST_F(Selection, TheParentOfAReferenceInFrontOfOthersIsTheWholePattern) {
+    uint16_t a = MakePattern("A");
+    AddReference(a, {part()});
+    AddTransition(a, 0, 100);
+    select(a, 20, 20);
+    EXPECT_EQ(SelectParent(), SEL_PATTERN);
+    EXPECT_EQ(SelectParent(), SEL_WHOLE);
+    EXPECT_EQ(selected(), "2 0-140@A:0");
+}
+
 TEST_F(Selection, WithoutASelectionThereIsNoParent) {
     EXPECT_EQ(SelectParent(), SEL_NONE);
     SelectRange(nullptr, 0, 1, DRILL, CLICK);
@@ -61,6 +71,33 @@ TEST_F(Selection, TheFramesFollowAnEdit) {
     RebuildFrames(-1);
     EXPECT_EQ(selected(), "3 200-470@A:1#2 380-410@$P:0");
     EXPECT_EQ(EditSelection.SelValue, 0u);
+}
+
+TEST_F(Selection, TheUnitsOfAllLevelsCountInTheBase) {
+    uint16_t middle = MakePattern("$M", {{0, 5}});
+    AddReference(middle, {part("$I"), 3, 2});
+    uint16_t a = MakePattern("A", {{0, 10}});
+    AddReference(a, {middle, 2, 2});
+    Pattern *pattern = PatternFromId(a);
+    pattern->setFormat(1);
+    pattern->period = 10;
+    // The middle's repetitions take 245 units of 20 from 100 on. In the second, its reference begins 100
+    // later and takes 40 units of 60 for a repetition.
+    EXPECT_EQ(select(a, 8000, 8000), "3 100-9900@A:1#1 5100-9900@$M:1#1 7500-8100@$I:0");
+    EXPECT_EQ(EditSelection.SelScale, 60u);
+    EXPECT_EQ(SelBase(), 7500u);
+    EXPECT_EQ(LocalTime(8100), 10u);
+}
+
+TEST_F(Selection, AReferenceToAnotherPatternEndsThePath) {
+    uint16_t p = part(), q = part("$Q");
+    uint16_t a = around({p});
+    select(a, 120, 120);
+    DeleteItem(PatternFromId(a), 1);
+    InsertReference(PatternFromId(a), PatternKind::Plain, 1, q, 1, 2, 0, 0, 0);
+    ValidateDurations();
+    RebuildFrames(0);
+    EXPECT_EQ(selected(), "4 100-180@A:1");
 }
 
 TEST_F(Selection, AnItemBehindTheLastIsTheLast) {

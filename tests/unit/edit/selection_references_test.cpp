@@ -13,6 +13,7 @@ TEST_F(Selection, AClickGoesIntoTheReference) {
     EXPECT_EQ(LocalTime(120), 20u);
     EXPECT_STREQ(SelectionRoot()->name(), "A");
     EXPECT_STREQ(SelectedPattern()->name(), "$P");
+    EXPECT_EQ(click(a, 105), "3 100-140@A:1 100-110@$P:0") << "nothing of the last search is left";
 }
 
 TEST_F(Selection, ANamedPatternIsOneThingWithoutDrill) {
@@ -41,6 +42,7 @@ TEST_F(Selection, WhatCoversARepetitionIsTheReference) {
     EXPECT_EQ(EditSelection.SelDepth, 1u);
     EXPECT_EQ(EditSelection.SelScale, 1u);
     EXPECT_EQ(select(a, 150, 195), "4 100-300@A:1#1");
+    EXPECT_EQ(select(a, 150, 190), "4 100-300@A:1#1") << "just as long as one";
     EXPECT_EQ(select(a, 100, 300), "4 100-300@A:1");
 }
 
@@ -164,7 +166,29 @@ TEST_F(Selection, ASpanStartsAtTheNearerEndOfAReference) {
     EXPECT_EQ(select(a, 200, 270), "6 100-270@A:1");
     // Past the last half repetition it starts behind, and what remains lies in the last item.
     EXPECT_EQ(select(a, 201, 270), "3 220-320@A:2");
+    EXPECT_EQ(EditSelection.SelOffset, 0u);
     EXPECT_EQ(items(a), "0:100 ref 1:100");
+    AddTransition(a, 0, 100);
+    EXPECT_EQ(select(a, 201, 370), "6 220-370@A:2");
+    EXPECT_EQ(EditSelection.SelItems, 2u);
+}
+
+TEST_F(Selection, ASpanFromReferenceToReferenceSnapsAtBothEnds) {
+    uint16_t a = MakePattern("A", {{0, 100}});
+    AddReference(a, {part(), 1, 3});
+    AddReference(a, {part("$Q"), 1, 3});
+    AddTransition(a, 1, 100);
+    EXPECT_EQ(select(a, 150, 260), "6 100-340@A:1");
+    EXPECT_EQ(EditSelection.SelItems, 2u);
+    EXPECT_EQ(select(a, 150, 239), "4 100-220@A:1");
+}
+
+TEST_F(Selection, ASpanThatSnapsBackToOneLevelIsThatLevel) {
+    uint16_t a = MakePattern("A", {{1, 70}, {0, 100}});
+    AddReference(a, {part(), 1, 3});
+    EXPECT_EQ(select(a, 120, 189), "3 70-170@A:1");
+    EXPECT_EQ(EditSelection.SelItems, 1u);
+    EXPECT_EQ(select(a, 120, 190), "6 120-290@A:1");
 }
 
 TEST_F(Selection, ASpanThatSnapsBackToOneReferenceIsThatReference) {
@@ -192,6 +216,14 @@ TEST_F(Selection, AnEmptyReferenceInFrontIsPassed) {
     AddTransition(a, 1, 100);
     EXPECT_EQ(select(a, 50, 50), "3 0-100@A:1");
     EXPECT_EQ(select(a, 20, 30), "3 20-30@A:2");
+}
+
+TEST_F(Selection, AnEmptyReferenceTakesNoTimeHoweverOftenItRepeats) {
+    uint16_t a = MakePattern("A", {{0, 100}});
+    AddReference(a, {MakePattern("$E"), 1, REPEAT_FOREVER});
+    AddTransition(a, 1, 100);
+    EXPECT_EQ(select(a, 150, 150), "3 100-200@A:2");
+    EXPECT_EQ(select(a, 50, 150), "6 50-150@A:0");
 }
 
 TEST_F(Selection, AnEmptyReferenceInsideASpanStaysInIt) {

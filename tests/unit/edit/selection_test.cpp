@@ -38,6 +38,8 @@ TEST_F(Selection, ARangeOverItemsIsASpan) {
     EXPECT_EQ(EditSelection.SelOffset, 0u);
     EXPECT_EQ(select(a, 1, 299), "6 1-299@A:0");
     EXPECT_EQ(EditSelection.SelItems, 3u);
+    click(a, 150);
+    EXPECT_EQ(EditSelection.SelItems, 1u);
 }
 
 TEST_F(Selection, EverySelectionBeginsWithoutAnOffset) {
@@ -62,6 +64,7 @@ TEST_F(Selection, AStretchInsideALevelBecomesAPulse) {
     EXPECT_EQ(select(a, 120, 150), "3 120-150@A:2");
     EXPECT_EQ(items(a), "0:100 1:20 0:30 1:50 0:100");
     EXPECT_EQ(EditSelection.SelValue, 0u);
+    EXPECT_TRUE(PatternFromId(a)->durationValid());
     LogEndAction();
     EXPECT_TRUE(LogAtMark());
 }
@@ -82,6 +85,14 @@ TEST_F(Selection, WhatIsInFrontOfTheDelayCountsAsItsEnd) {
     EXPECT_EQ(SelBase(), 1000u);
     EXPECT_EQ(LocalTime(1150), 150u);
     EXPECT_EQ(LocalTime(10), 0u);
+}
+
+TEST_F(Selection, InFrontOfTheDelayTheFirstReferenceIsEntered) {
+    uint16_t a = MakePattern("A");
+    AddReference(a, {part(), 1, 3});
+    AddTransition(a, 0, 100);
+    PatternFromId(a)->delay = 1000;
+    EXPECT_EQ(select(a, 10, 20), "3 1000-1120@A:0 1000-1010@$P:0");
 }
 
 TEST_F(Selection, AClockMakesTheUnit) {
@@ -134,6 +145,8 @@ TEST_F(Selection, AnEmptyPatternIsSelectedWholeOrByItsEnd) {
     PatternFromId(a)->delay = 20;
     EXPECT_EQ(click(a, 20), "1 20-20@A:0");
     EXPECT_EQ(select(a, 20, 20), "2 20-20@A:0");
+    EXPECT_EQ(select(a, 5, 10), "2 20-20@A:0");
+    EXPECT_EQ(click(a, 0), "1 20-20@A:0");
     EXPECT_EQ(select(a, 0, TIME_FOREVER), "2 20-20@A:0");
     EXPECT_EQ(SelectParent(), SEL_WHOLE);
 }
@@ -235,6 +248,16 @@ TEST_F(Selection, ARangeBehindTheEndMakesThePatternLonger) {
     EXPECT_EQ(select(a, 310, 350), "3 300-350@A:3");
     EXPECT_EQ(items(a), "0:100 1:100 0:100 1:50");
     EXPECT_EQ(PatternDuration(PatternFromId(a)), 350u);
+}
+
+TEST_F(Selection, WhatUsesALongerPatternGrowsWithIt) {
+    uint16_t a = threeLevels();
+    uint16_t b = MakePattern("B");
+    AddReference(b, {a, 1, 2});
+    ValidateDurations();
+    EXPECT_EQ(PatternDuration(PatternFromId(b)), 600u);
+    select(a, 310, 350);
+    EXPECT_EQ(PatternDuration(PatternFromId(b)), 700u);
 }
 
 TEST_F(Selection, TheNewEndIsRoundedToTheUnit) {
