@@ -9,6 +9,7 @@ class EditGestures : public EditingFixture {
 protected:
     using State = GestureStateValue;
     static constexpr MouseKeys SHIFT = {true, false};
+    static constexpr MouseKeys CONTROL = {false, true};
 
     void SetUp() override;
 

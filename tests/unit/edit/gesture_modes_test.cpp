@@ -72,6 +72,8 @@ TEST_F(EditGestures, ARowThatShowsOthersIsNotEdited) {
     EXPECT_EQ(state(), "0 kind 0 cursor 20");
     clickAt(300);
     EXPECT_EQ(state(), "0 kind 0 cursor 300");
+    JumpToTime(20);
+    EXPECT_EQ(state(), "0 kind 0 cursor 20");
 }
 
 TEST_F(EditGestures, TheRulerMovesTheCursorAndEndsTheSelection) {
@@ -106,6 +108,7 @@ TEST_F(EditGestures, AModeAndARightButtonTakeTheSelectionAway) {
         }
         EXPECT_EQ(state(), "0 kind 0 cursor 150") << way;
         EXPECT_EQ(WaveView.SelectRow, WaveView.RowCount);
+        EXPECT_EQ(WaveView.SelectRowLast, WaveView.RowCount);
         EXPECT_EQ(rows(), "A");
         EXPECT_EQ(HeadlessEditDialog.title, "Nothing Selected");
     }

@@ -80,6 +80,49 @@ TEST_F(EditGestures, ShiftPicksANameAsAnyPressDoes) {
     EXPECT_EQ(rows(), "ABCD*E");
 }
 
+TEST_F(EditGestures, BelowTheLastNameThatIsPicked) {
+    fiveRows();
+    pressName(9);
+    EXPECT_EQ(rows(), "ABCDE*");
+    EXPECT_EQ(WaveView.SelectRow, 4u);
+    EXPECT_EQ(WaveView.SelectRowLast, 4u);
+    releaseName(9);
+}
+
+TEST_F(EditGestures, ControlTakesRowsInAndOut) {
+    fiveRows();
+    static int told;
+    told = 0;
+    RowSelectionHook = [] { told++; };
+    auto toggle = [](uint32_t row) {
+        int before = told;
+        pressName(row, CONTROL);
+        EXPECT_GT(told, before);
+        EXPECT_EQ(GestureState, State::Idle);
+        EXPECT_EQ(WaveView.SelectRowLast, WaveView.SelectRow);
+        releaseName(row);
+    };
+    toggle(1);
+    EXPECT_EQ(rows(), "AB*CDE");
+    EXPECT_EQ(WaveView.SelectRow, 1u);
+    toggle(3);
+    EXPECT_EQ(rows(), "AB*CD*E");
+    EXPECT_EQ(WaveView.SelectRow, 3u);
+    toggle(9);
+    EXPECT_EQ(rows(), "AB*CD*E*");
+    toggle(4);
+    EXPECT_EQ(rows(), "AB*CD*E");
+    EXPECT_EQ(WaveView.SelectRow, 1u) << "the first that is left";
+    clickAt(50, 1);
+    EXPECT_EQ(rows(), "AB*CDE") << "a row with others beside it is picked alone";
+    EXPECT_EQ(EditSelection.SelKind, SEL_PULSE);
+    toggle(1);
+    EXPECT_EQ(rows(), "ABCDE");
+    EXPECT_EQ(WaveView.SelectRow, WaveView.RowCount);
+    EXPECT_EQ(EditSelection.SelKind, SEL_NONE);
+    RowSelectionHook = nullptr;
+}
+
 TEST_F(EditGestures, ARowThatIsGoneIsNoRangeToMove) {
     fiveRows();
     pressName(2);
