@@ -69,6 +69,22 @@ TEST_F(EditGestures, ANeighbourKeepsOneUnit) {
     EXPECT_EQ(items(a), "0:1 1:1 0:298");
 }
 
+TEST_F(EditGestures, APressBesideTheFrameTakesItsEdgeByTheGrid) {
+    uint16_t a = MakePattern("A", {{0, 10}, {1, 10}, {0, 10}});
+    PatternFromId(a)->setFormat(1);
+    PatternFromId(a)->period = 10;
+    show(a);
+    clickAt(150);
+    press(204);
+    EXPECT_EQ(GestureState, State::EdgeDrag);
+    move(234);
+    release(234);
+    EXPECT_EQ(items(a), "0:10 1:13 0:7");
+    press(235);
+    EXPECT_EQ(GestureState, State::TimeRange);
+    release(235);
+}
+
 TEST_F(EditGestures, TheEndOfTheWaveIsFree) {
     uint16_t a = threeLevels();
     clickAt(250);

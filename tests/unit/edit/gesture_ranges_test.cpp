@@ -246,6 +246,34 @@ TEST_F(EditGestures, AClickAtTheEndSelectsTheEndEdge) {
     EXPECT_STREQ(PromptText, "Time = 300 ps - Level = Low");
 }
 
+TEST_F(EditGestures, AClickBehindTheEndLeavesTheNextPressAsItWouldBe) {
+    threeLevels();
+    clickAt(150);
+    clickAt(400);
+    EXPECT_EQ(state(), "9 kind 1 300-300 cursor 300");
+    press(298);
+    EXPECT_EQ(GestureState, State::OnSelection);
+    release(298);
+    EXPECT_EQ(state(), "9 kind 3 200-300 cursor 300");
+    mode(COMMAND_EDIT_MODE);
+    clickAt(400);
+    press(298);
+    EXPECT_EQ(GestureState, State::TimeRange);
+    release(298);
+    EXPECT_EQ(state(), "9 kind 1 300-300 cursor 300");
+}
+
+TEST_F(EditGestures, ADragBehindTheEndAndBackToItsPressIsAClick) {
+    uint16_t a = threeLevels();
+    press(400);
+    move(450);
+    EXPECT_EQ(WaveView.SelectEnd, 450u);
+    move(400);
+    release(400);
+    EXPECT_EQ(state(), "0 kind 1 300-300 cursor 300");
+    EXPECT_EQ(items(a), "0:100 1:100 0:100");
+}
+
 TEST_F(EditGestures, APressBehindTheEndShowsTheEnd) {
     threeLevels();
     press(400);
