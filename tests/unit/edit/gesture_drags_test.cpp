@@ -225,6 +225,20 @@ TEST_F(EditGestures, AShiftPressOneUnitInsideALevelPullsOut) {
     }
 }
 
+TEST_F(EditGestures, AUnitOfTheLevelItselfIsWhatAShiftPressNeeds) {
+    around({part(), 2, 3});
+    // In the second repetition the level is high from 200 to 260, with units of 2.
+    for (auto [x, begun] : {std::pair{201, State::TimeRange},
+                            {202, State::EdgeDrag},
+                            {258, State::EdgeDrag},
+                            {259, State::TimeRange}}) {
+        mode(COMMAND_EDIT_MODE);
+        press(x, 0, SHIFT);
+        EXPECT_EQ(GestureState, begun) << x;
+        release(x);
+    }
+}
+
 TEST_F(EditGestures, AShiftPressInASelectedPulseDragsItsEdge) {
     threeLevels();
     clickAt(150);

@@ -57,6 +57,8 @@ TEST_F(EditGestures, BelowTheLastRowEditModeOnlyPicks) {
     uint16_t a = threeLevels();
     press(120, 5);
     EXPECT_EQ(GestureState, State::QueryTracking);
+    EXPECT_EQ(WaveView.SelectRow, 0u);
+    EXPECT_EQ(rows(), "A*");
     release(160, 5);
     EXPECT_EQ(rows(), "A*");
     EXPECT_EQ(items(a), "0:100 1:100 0:100");
@@ -91,6 +93,14 @@ TEST_F(EditGestures, WithoutRowsNothingIsSelected) {
     EXPECT_EQ(WaveView.SelectRow, 0u);
     release(80);
     EXPECT_EQ(state(), "0 kind 0 cursor 0");
+    threeLevels();
+    clickAt(150);
+    DispatchCommand(COMMAND_HIDE);
+    EXPECT_EQ(WaveView.RowCount, 0u);
+    WaveView.SelectRow = NO_ROW;
+    press(50);
+    EXPECT_EQ(WaveView.SelectRow, 0u);
+    release(50);
 }
 
 // --- what ends a selection ------------------------------------------------------------------------
@@ -226,6 +236,7 @@ TEST_F(EditGestures, AMouseThatIsTakenAwayBreaksTheGestureOff) {
     MouseCaptureLost();
     EXPECT_EQ(state(), "9 kind 3 100-200 cursor 150");
     EXPECT_EQ(items(a), "0:100 1:100 0:100");
+    EXPECT_FALSE(PatternFromId(a)->changed()) << "the preview is painted over";
     EXPECT_EQ(CommandState.CursorMode, CURSOR_SELECT);
     press(700);
     MouseCaptureLost();

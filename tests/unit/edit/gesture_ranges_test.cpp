@@ -1,5 +1,6 @@
 #include "config/settings.h"
 #include "display/overlay.h"
+#include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "shell/commands.h"
 #include "store/pattern_store.h"
@@ -65,6 +66,7 @@ TEST_F(EditGestures, APressShowsItsOwnTextUntilTheMouseMoves) {
     EXPECT_TRUE(Overlay.overlayOn);
     release(120);
     EXPECT_EQ(CommandState.CursorMode, CURSOR_SELECT);
+    EXPECT_EQ(TrackRoutine, nullptr);
     EXPECT_STREQ(PromptText, "Time = 120 ps - Level = High");
 }
 
@@ -107,6 +109,17 @@ TEST_F(EditGestures, AClickCountsWhereItIsAndNotWhereTheGridIs) {
     // On the grid this would be the end.
     clickAt(60);
     EXPECT_EQ(state(), "9 kind 3 0-100 cursor 100");
+}
+
+TEST_F(EditGestures, ADragThatTheGridBringsToOnePlaceMayHitAnEdge) {
+    uint16_t a = MakePattern("A", {{0, 1}, {1, 1}, {0, 1}});
+    PatternFromId(a)->setFormat(1);
+    PatternFromId(a)->period = 100;
+    show(a);
+    press(155);
+    move(190);
+    release(190);
+    EXPECT_EQ(state(), "9 kind 1 200-200 cursor 200");
 }
 
 TEST_F(EditGestures, TheMasterClockCountsInTheGrid) {
@@ -261,6 +274,15 @@ TEST_F(EditGestures, AClickBehindTheEndLeavesTheNextPressAsItWouldBe) {
     EXPECT_EQ(GestureState, State::TimeRange);
     release(298);
     EXPECT_EQ(state(), "9 kind 1 300-300 cursor 300");
+}
+
+TEST_F(EditGestures, AClickBehindTheEndOfAnotherRowForgetsTheFirst) {
+    threeLevels();
+    threeLevels("B");
+    clickAt(150, 0);
+    clickAt(400, 1);
+    EXPECT_EQ(state(), "0 kind 1 300-300 cursor 300");
+    EXPECT_STREQ(SelectedPattern()->name(), "B");
 }
 
 TEST_F(EditGestures, ADragBehindTheEndAndBackToItsPressIsAClick) {

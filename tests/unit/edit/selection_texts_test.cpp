@@ -35,6 +35,18 @@ TEST_F(Selection, AnUnnamedPatternIsTextedInBrackets) {
     EXPECT_EQ(SelectionText(), "Selected Edge in Pattern (...)");
 }
 
+TEST_F(Selection, AReferenceThatIsGoneHasNoName) {
+    uint16_t a = MakePattern("A");
+    AddReference(a, {part()});
+    select(a, 0, TIME_FOREVER);
+    EXPECT_EQ(SelectionText(), "Selected Pattern $P");
+    DeepestFrame().item = 1;
+    EXPECT_EQ(SelectionText(), "Selected Pattern (...)");
+    DeepestFrame().item = 0;
+    PatternRelease(PatternFromId(PatternFromId(a)->item(0).patternId()));
+    EXPECT_EQ(SelectionText(), "Selected Pattern (...)");
+}
+
 TEST_F(Selection, AValueBeyondTheStateTableReadsAsItsLast) {
     uint16_t a = MakePattern("A", {{77, 100}, {0, 100}});
     select(a, 50, 50);
