@@ -74,7 +74,6 @@ uint16_t JoinsBefore(const Pattern *pattern, uint32_t end) {
 
 // The selection may go through the pattern on its way down; the items there keep their place.
 void MovePathOf(const Pattern *pattern) {
-    if (EditSelection.SelKind == SEL_NONE) return;
     for (uint16_t i = 0; i < EditSelection.SelDepth; i++) {
         SelFrame &frame = EditSelection.SelFrames[i];
         if (frame.patternId != pattern->id) continue;

@@ -203,6 +203,7 @@ TEST_F(Drag, ANewPulseKeepsToTheUnit) {
     SelectRange(PatternFromId(a), 134, 134, 1, 0);
     EditSelection.SelKind = SEL_STRETCH;
     EXPECT_EQ(beginHere(134), "130..130..ever 1|5 right");
+    EXPECT_EQ(DragPreview.snapStep, 10u);
     EXPECT_EQ(beginHere(135), "140..140..ever 1|5 right");
     EXPECT_EQ(beginHere(199), "190..190..ever 1|5 right");
     EXPECT_EQ(beginHere(101), "110..110..ever 1|5 right");

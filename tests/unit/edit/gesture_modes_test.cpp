@@ -7,6 +7,7 @@
 #include "headless/headless.h"
 #include "shell/commands.h"
 #include "shell/jump_commands.h"
+#include "shell/tracking.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include "unit/edit/gesture_fixture.h"
@@ -98,6 +99,9 @@ TEST_F(EditGestures, WithoutRowsNothingIsSelected) {
     DispatchCommand(COMMAND_HIDE);
     EXPECT_EQ(WaveView.RowCount, 0u);
     WaveView.SelectRow = NO_ROW;
+    TrackQuery(60, 3);
+    EXPECT_EQ(WaveView.SelectRow, NO_ROW) << "there is no row to pick";
+    EXPECT_EQ(WaveView.CursorTime, 60u);
     press(50);
     EXPECT_EQ(WaveView.SelectRow, 0u);
     release(50);
@@ -237,6 +241,7 @@ TEST_F(EditGestures, AMouseThatIsTakenAwayBreaksTheGestureOff) {
     EXPECT_EQ(state(), "9 kind 3 100-200 cursor 150");
     EXPECT_EQ(items(a), "0:100 1:100 0:100");
     EXPECT_FALSE(PatternFromId(a)->changed()) << "the preview is painted over";
+    EXPECT_TRUE(Overlay.overlayOn);
     EXPECT_EQ(CommandState.CursorMode, CURSOR_SELECT);
     press(700);
     MouseCaptureLost();

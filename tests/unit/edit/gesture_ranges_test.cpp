@@ -3,6 +3,7 @@
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
 #include "shell/commands.h"
+#include "shell/tracking.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include "unit/edit/gesture_fixture.h"
@@ -68,6 +69,18 @@ TEST_F(EditGestures, APressShowsItsOwnTextUntilTheMouseMoves) {
     EXPECT_EQ(CommandState.CursorMode, CURSOR_SELECT);
     EXPECT_EQ(TrackRoutine, nullptr);
     EXPECT_STREQ(PromptText, "Time = 120 ps - Level = High");
+}
+
+TEST_F(EditGestures, WithoutARangeThePromptTellsTheCursor) {
+    WaveView.CursorTime = 120;
+    WaveView.SelectStart = 50;
+    WaveView.SelectEnd = 70;
+    WaveView.SelectActive = false;
+    ShowSelectText();
+    EXPECT_STREQ(PromptText, "Time = 120 ps");
+    WaveView.SelectActive = true;
+    ShowSelectText();
+    EXPECT_STREQ(PromptText, "Select from 50 to 70 ps");
 }
 
 TEST_F(EditGestures, AReleaseElsewhereThanTheLastMoveCounts) {
