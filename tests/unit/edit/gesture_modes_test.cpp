@@ -128,6 +128,18 @@ TEST_F(EditGestures, AModeAndARightButtonTakeTheSelectionAway) {
     }
 }
 
+TEST_F(EditGestures, EachPhaseThatIsNoPressTakesTheSelectionAway) {
+    threeLevels();
+    for (auto phase : {PHASE_STARTING, PHASE_PASTING, PHASE_ENDING}) {
+        clickAt(150);
+        EXPECT_EQ(EditSelection.SelKind, SEL_PULSE);
+        CommandState.CommandPhase = phase;
+        SetEditMode(true);
+        EXPECT_EQ(state(), "0 kind 0 cursor 150") << phase;
+        EXPECT_EQ(WaveView.SelectRow, WaveView.RowCount);
+    }
+}
+
 TEST_F(EditGestures, EditModeOpensTheFloatingDialogAndQueryModeLeavesIt) {
     int shown = HeadlessEditDialog.shown;
     mode(COMMAND_QUERY_MODE);

@@ -80,6 +80,26 @@ TEST_F(EditGestures, ShiftPicksANameAsAnyPressDoes) {
     EXPECT_EQ(rows(), "ABCD*E");
 }
 
+TEST_F(EditGestures, AReleaseWithOneRowSelectedTellsWhoFollowsIt) {
+    fiveRows();
+    pressName(1);
+    static int told;
+    RowSelectionHook = [] { told++; };
+    told = 0;
+    releaseName(1);
+    EXPECT_EQ(told, 1);
+    press(50, 2);
+    told = 0;
+    release(50, 2);
+    EXPECT_EQ(told, 1);
+    pressName(0);
+    moveName(2);
+    told = 0;
+    releaseName(2);
+    EXPECT_EQ(told, 0) << "there is no one row to follow";
+    RowSelectionHook = nullptr;
+}
+
 TEST_F(EditGestures, BelowTheLastNameThatIsPicked) {
     fiveRows();
     pressName(9);
