@@ -1,3 +1,4 @@
+#include "display/renderer.h"
 #include "display/rows.h"
 #include "display/viewport.h"
 #include "shell/command_state.h"
@@ -33,8 +34,10 @@ TEST_F(EditGestures, SelectedRowsMoveWithTheMouse) {
     EXPECT_EQ(GestureState, State::RowMove);
     EXPECT_EQ(WaveView.SelectRow, 1u) << "in order now";
     EXPECT_EQ(WaveView.SelectRowLast, 3u);
+    uint32_t drawn = RowsDrawn;
     moveName(3);
     EXPECT_EQ(rows(), "AEB*C*D*");
+    EXPECT_EQ(RowsDrawn - drawn, 4u) << "the three and the one that they have passed";
     moveName(9);
     EXPECT_EQ(rows(), "AEB*C*D*");
     moveName(2);
