@@ -207,6 +207,9 @@ TEST_F(Drag, ANewPulseKeepsToTheUnit) {
     EXPECT_EQ(beginHere(135), "140..140..ever 1|5 right");
     EXPECT_EQ(beginHere(199), "190..190..ever 1|5 right");
     EXPECT_EQ(beginHere(101), "110..110..ever 1|5 right");
+    EXPECT_EQ(beginHere(134), "130..130..ever 1|5 right");
+    apply(150);
+    EXPECT_EQ(items(a), "0:10 1:3 0:2 1:7 0:10");
 }
 
 // --- the whole wave -------------------------------------------------------------------------------

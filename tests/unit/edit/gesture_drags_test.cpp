@@ -312,4 +312,7 @@ TEST_F(EditGestures, AWaveOfOneReferenceIsDraggedAsAWhole) {
     EXPECT_EQ(EditSelection.SelKind, SEL_PATTERN);
     EXPECT_EQ(DeepestFrame().start, 60u);
     EXPECT_EQ(DeepestFrame().end, 300u);
+    // Not moved, the press goes into the reference again.
+    clickAt(100, 0, SHIFT);
+    EXPECT_EQ(state(), "9 kind 3 80-140 cursor 140");
 }

@@ -23,6 +23,7 @@ TEST_F(EditGestures, QueryModeEditsNothing) {
     std::string before = StoreText();
     press(120);
     EXPECT_EQ(GestureState, State::QueryTracking);
+    EXPECT_EQ(CommandState.CursorMode, CURSOR_QUERY | CURSOR_TRACK);
     // The press alone does not move the cursor.
     EXPECT_STREQ(PromptText, "Time = 150 ps");
     move(160, 1);
@@ -86,6 +87,11 @@ TEST_F(EditGestures, TheRulerMovesTheCursorAndEndsTheSelection) {
     LeftReleased(Pane::Ruler, 350, 3);
     EXPECT_EQ(state(), "0 kind 0 cursor 250");
     EXPECT_EQ(rows(), "A*");
+    threeLevels("B");
+    clickAt(150, 1);
+    LeftPressed(Pane::Ruler, 350, 3, {});
+    LeftReleased(Pane::Ruler, 350, 3);
+    EXPECT_EQ(rows(), "AB*") << "the ruler stands beside no row";
 }
 
 TEST_F(EditGestures, WithoutRowsNothingIsSelected) {
@@ -102,8 +108,11 @@ TEST_F(EditGestures, WithoutRowsNothingIsSelected) {
     TrackQuery(60, 3);
     EXPECT_EQ(WaveView.SelectRow, NO_ROW) << "there is no row to pick";
     EXPECT_EQ(WaveView.CursorTime, 60u);
+    EditSelection.SelKind = SEL_PULSE;
+    WaveView.SelectActive = true;
     press(50);
     EXPECT_EQ(WaveView.SelectRow, 0u);
+    EXPECT_EQ(state(), "0 kind 0 cursor 60");
     release(50);
 }
 

@@ -163,6 +163,7 @@ TEST_F(ShownSelection, EqualLevelsAreJoinedOnceTheSelectionHasLeft) {
     select(b, 50, 50);
     EXPECT_EQ(items(a), "0:300");
     EXPECT_EQ(PendingMerge, 0);
+    EXPECT_FALSE(PatternFromId(a)->changed()) << "its row is painted";
     EXPECT_EQ(actions(), 1) << "the join belongs to the typing";
     EXPECT_TRUE(undoGives(before));
 }
