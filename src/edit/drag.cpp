@@ -34,8 +34,8 @@ uint16_t LevelLines(const Pattern *pattern, bool high) {
     return high ? DRAG_HIGH : DRAG_LOW;
 }
 
-// What the selected pulse would be with the edge beyond it.
-uint16_t NeighbourLines(const Pattern *pattern) {
+// The level that the selected pulse differs from, as what is beside it, or comes into it.
+uint16_t OppositeLines(const Pattern *pattern) {
     return LevelLines(pattern, EditSelection.SelValue == 0);
 }
 uint16_t PulseLines(const Pattern *pattern) {
@@ -63,7 +63,7 @@ void TakeLeftEdge(const Pattern *pattern, bool insert) {
     const SelFrame &frame = DeepestFrame();
     DragPreview.lowLimit = TimeSub(frame.start, RoomIn(pattern, frame.item - 1));
     DragPreview.edgeTime = frame.start;
-    DragPreview.leftMode = NeighbourLines(pattern);
+    DragPreview.leftMode = OppositeLines(pattern);
     DragPreview.rightMode = PulseLines(pattern);
     DragPreview.dragRight = 0;
     if (insert) {
@@ -78,7 +78,7 @@ void TakeRightEdge(Pattern *root, const Pattern *pattern, bool insert) {
     DragPreview.lowLimit = TimeAdd(frame.start, EditSelection.SelScale);
     DragPreview.edgeTime = frame.end;
     DragPreview.leftMode = PulseLines(pattern);
-    DragPreview.rightMode = NeighbourLines(pattern);
+    DragPreview.rightMode = OppositeLines(pattern);
     DragPreview.dragRight = 1;
     if (insert) {
         DragPreview.rightMode = DRAG_TAIL;
@@ -114,7 +114,7 @@ bool BeginPulseDrag(const Pattern *pattern, TimeVal time) {
     DragPreview.snapOrigin = frame.start;
     DragPreview.lowLimit = place;
     DragPreview.edgeTime = place;
-    DragPreview.leftMode = PulseLines(pattern);
+    DragPreview.leftMode = OppositeLines(pattern);
     DragPreview.rightMode = DRAG_TAIL;
     DragPreview.dragRight = 1;
     return true;

@@ -141,8 +141,6 @@ void SelectSpan(const Pattern *pattern) {
         if (first) firstStart = start;
         if (first && Search.t1 >= end) {
             frame.item++;
-        } else if (item.isReference() && times.one == 0) {
-            // It takes no time, so there is nothing of it to select.
         } else if (item.isReference()) {
             if (first && Search.t2 <= end) return SelectInReference(pattern, item, times);
             if (!first && Search.t2 <= end) return EndSpanAtReference(pattern, index, firstStart, times);
@@ -255,12 +253,11 @@ void MakePulse() {
     Pattern *pattern = PatternOf(frame);
     TimeVal unit = EditSelection.SelScale;
     uint16_t count = pattern->itemCount;
-    TimeVal duration = pattern->item(frame.item).duration();
     TimeVal offset = TimeDiv(EditSelection.SelOffset, unit);
     TimeVal length = TimeDiv(frame.end - frame.start, unit);
     uint16_t id = pattern->id;
     // Between two units of time there is nothing to split.
-    if (offset > 0 && length > 0 && offset + length < duration) {
+    if (offset > 0 && length > 0) {
         SplitItem(pattern, frame.item, offset, length, 0);
         ValidateDurations();
     }

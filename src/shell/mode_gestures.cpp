@@ -303,7 +303,6 @@ void ReleaseButton() {
         break;
     }
     TrackRoutine = nullptr;
-    Press.behindEnd = false;
     if (WaveView.SelectRow < WaveView.RowCount && WaveView.SelectRow == WaveView.SelectRowLast)
         RowSelectionChanged();
     ShowSelection();

@@ -187,13 +187,13 @@ TEST_F(Drag, ANewPulseOpensAtTheMouse) {
     uint16_t a = threeLevels();
     SelectRange(PatternFromId(a), 130, 130, 1, 0);
     EditSelection.SelKind = SEL_STRETCH;
-    EXPECT_EQ(beginHere(130), "130..130..ever 2|5 right");
+    EXPECT_EQ(beginHere(130), "130..130..ever 1|5 right");
     EXPECT_EQ(DragPreview.snapOrigin, 100u);
-    EXPECT_EQ(beginHere(100), "101..101..ever 2|5 right") << "one unit stays in front";
-    EXPECT_EQ(beginHere(200), "199..199..ever 2|5 right") << "and one behind";
+    EXPECT_EQ(beginHere(100), "101..101..ever 1|5 right") << "one unit stays in front";
+    EXPECT_EQ(beginHere(200), "199..199..ever 1|5 right") << "and one behind";
     EXPECT_EQ(begin(a, 50, 20), "0..0..99 2|1 left");
     EditSelection.SelKind = SEL_STRETCH;
-    EXPECT_EQ(beginHere(20), "20..20..ever 1|5 right");
+    EXPECT_EQ(beginHere(20), "20..20..ever 2|5 right") << "a high pulse comes into a low level";
 }
 
 TEST_F(Drag, ANewPulseKeepsToTheUnit) {
@@ -202,10 +202,14 @@ TEST_F(Drag, ANewPulseKeepsToTheUnit) {
     PatternFromId(a)->period = 10;
     SelectRange(PatternFromId(a), 134, 134, 1, 0);
     EditSelection.SelKind = SEL_STRETCH;
-    EXPECT_EQ(beginHere(134), "130..130..ever 2|5 right");
-    EXPECT_EQ(beginHere(135), "140..140..ever 2|5 right");
-    EXPECT_EQ(beginHere(199), "190..190..ever 2|5 right");
-    EXPECT_EQ(beginHere(101), "110..110..ever 2|5 right");
+    EXPECT_EQ(beginHere(134), "130..130..ever 1|5 right");
+    EXPECT_EQ(DragPreview.snapStep, 10u);
+    EXPECT_EQ(beginHere(135), "140..140..ever 1|5 right");
+    EXPECT_EQ(beginHere(199), "190..190..ever 1|5 right");
+    EXPECT_EQ(beginHere(101), "110..110..ever 1|5 right");
+    EXPECT_EQ(beginHere(134), "130..130..ever 1|5 right");
+    apply(150);
+    EXPECT_EQ(items(a), "0:10 1:3 0:2 1:7 0:10");
 }
 
 // --- the whole wave -------------------------------------------------------------------------------

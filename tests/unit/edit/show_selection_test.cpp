@@ -163,6 +163,7 @@ TEST_F(ShownSelection, EqualLevelsAreJoinedOnceTheSelectionHasLeft) {
     select(b, 50, 50);
     EXPECT_EQ(items(a), "0:300");
     EXPECT_EQ(PendingMerge, 0);
+    EXPECT_FALSE(PatternFromId(a)->changed()) << "its row is painted";
     EXPECT_EQ(actions(), 1) << "the join belongs to the typing";
     EXPECT_TRUE(undoGives(before));
 }
@@ -207,15 +208,16 @@ TEST_F(ShownSelection, ThePathThroughAMergedPatternStaysRight) {
     uint16_t p = MakePattern("", {{0, 10}, {1, 10}, {0, 10}});
     uint16_t a = MakePattern("A", {{0, 100}, {1, 100}, {1, 100}, {1, 100}});
     AddReference(a, {p});
+    AddReference(a, {p});
     AddTransition(a, 0, 50);
     ValidateDurations();
     PendingMerge = a;
-    select(a, 415, 415);
+    select(a, 445, 445);
     EXPECT_EQ(items(a).substr(0, 12), "0:100 1:300 ");
-    EXPECT_EQ(EditSelection.SelFrames[0].item, 2);
+    EXPECT_EQ(EditSelection.SelFrames[0].item, 3) << "equal references are not joined";
     RebuildFrames(0);
     EXPECT_EQ(EditSelection.SelDepth, 2);
-    EXPECT_EQ(DeepestFrame().start, 410u);
+    EXPECT_EQ(DeepestFrame().start, 440u);
 }
 
 TEST_F(ShownSelection, AnUndoDropsWhatWaits) {
