@@ -38,6 +38,51 @@ TEST_F(ClipboardFile, TheFileHoldsTheRecordsOfTheCutAndNoMark) {
     EXPECT_EQ(fs::status(ClipName).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
+TEST_F(ClipboardFile, AProgramBeginsWithoutOne) {
+    installClip("x");
+    ClipHandle = OpenForUpdate(ClipName);
+    ClipFormat = 5;
+    InitClipboard();
+    EXPECT_EQ(ClipName[0], '\0');
+    EXPECT_EQ(ClipHandle, NO_FILE);
+    EXPECT_EQ(ClipWidth, 0);
+    EXPECT_EQ(ClipFormat, 0U);
+}
+
+TEST_F(ClipboardFile, NoHandleIsLeftOpen) {
+    auto handles = [] {
+        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+    };
+    ClipFormat = 77;
+    uint16_t a = MakePattern("A", ITEMS);
+    auto before = handles();
+    for (int i = 0; i < 3; i++) {
+        select(a, 15, 15);
+        copy();
+        RenderClipFormat(77);
+        EXPECT_EQ(ClipHandle, NO_FILE);
+        click(a, 10);
+        paste();
+        EXPECT_EQ(ClipHandle, NO_FILE);
+    }
+    ClipHandle = OpenForUpdate(ClipName);
+    DropClipFile();
+    LogCloseFile();
+    EXPECT_EQ(handles(), before);
+}
+
+TEST_F(ClipboardFile, AFileOfAClipboardThatWasLostUntoldGoesWithTheNextCut) {
+    uint16_t a = MakePattern("A", ITEMS);
+    installClip("x");
+    std::string file = ClipName;
+    HeadlessClipboard.owned = false;
+    select(a, 15, 15);
+    copy();
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_TRUE(HeadlessClipboard.owned);
+    EXPECT_EQ(HeadlessClipboard.emptied, 1);
+}
+
 TEST_F(ClipboardFile, ASecondCutDropsTheFirstFile) {
     uint16_t a = MakePattern("A", ITEMS);
     select(a, 15, 15);
@@ -136,6 +181,9 @@ TEST_F(ClipboardFile, AnotherProgramTakesTheFileAwayAndAPasteAddsNothing) {
     EXPECT_EQ(paste(), 1);
     EXPECT_EQ(items(a), "1:10 0:20 1:30");
     EXPECT_TRUE(Headless.userErrors.empty());
+    select(a, 15, 15);
+    EXPECT_EQ(paste(), 1);
+    EXPECT_EQ(items(a), "1:10 1:30") << "there is no seam where nothing was pasted";
 }
 
 TEST_F(ClipboardFile, AMissingFileIsTold) {
@@ -196,8 +244,12 @@ TEST_F(ClipboardFile, AllFormatsAreRenderedBetweenOpeningAndClosing) {
     RenderAllClipFormats();
     EXPECT_EQ(HeadlessClipboard.givenFormat, 77U);
     EXPECT_FALSE(HeadlessClipboard.open);
-    HeadlessClipboard.works = false;
     HeadlessClipboard.givenFormat = 0;
+    HeadlessClipboard.owned = false;
+    RenderAllClipFormats();
+    EXPECT_EQ(HeadlessClipboard.givenFormat, 0U) << "another program has put something there meanwhile";
+    EXPECT_FALSE(HeadlessClipboard.open);
+    HeadlessClipboard.works = false;
     RenderAllClipFormats();
     EXPECT_EQ(HeadlessClipboard.givenFormat, 0U);
     EXPECT_EQ(Headless.programErrors, Texts{"RENDERALLFORMATS Failed to OpenClipboard"});

@@ -1,4 +1,5 @@
 // What a cut, a copy and a deletion take out, and what they leave.
+#include "display/overlay.h"
 #include "display/wave_view.h"
 #include "edit/show_selection.h"
 #include "headless/headless.h"
@@ -148,6 +149,75 @@ TEST_F(CutCopy, ASpanUpToTheEndOfAnEndlessPatternTakesTheTail) {
     EXPECT_EQ(paste(), 1);
     EXPECT_EQ(items(a), "0:10 1:10 [" + std::to_string(sub) + " *1 #65535]");
     EXPECT_TRUE(LogUndo() && undoGives(before));
+}
+
+TEST_F(CutCopy, ASpanInsideANestedScaledPatternOfADelayedWave) {
+    uint16_t inner = MakePattern("", {{1, 3}, {0, 4}, {1, 5}, {0, 6}});
+    uint16_t a = MakePattern("A", {{0, 10}});
+    PatternFromId(a)->delay = 7;
+    AddReference(a, {.id = inner, .scale = 2, .repeat = 3});
+    AddTransition(a, 0, 10);
+    std::string before = StoreText();
+    // The second repetition begins at 53. The span is its units 1 to 9.
+    ASSERT_EQ(select(a, 55, 71), SEL_SPAN) << frame();
+    ASSERT_EQ(DeepestFrame().patternId, inner);
+    cut();
+    EXPECT_EQ(items(inner), "1:4 0:6");
+    EXPECT_EQ(WaveView.CursorTime, 55U);
+    LogEndAction();
+    EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(CutCopy, AWaveThatTakesNoTimeIsTakenOutItemByItem) {
+    uint16_t empty = MakePattern("$empty");
+    uint16_t a = MakePattern("A");
+    for (int i = 0; i < 2; i++) AddReference(a, {.id = empty});
+    ASSERT_EQ(select(a, 0, 10), SEL_WHOLE);
+    remove();
+    EXPECT_EQ(PatternFromId(a)->itemCount, 1);
+}
+
+TEST_F(CutCopy, TheRowsPatternStaysWhenItIsEmptyEvenWithoutAName) {
+    uint16_t a = MakePattern("", ITEMS);
+    ASSERT_EQ(select(a, 0, 60), SEL_WHOLE);
+    cut();
+    EXPECT_TRUE(PatternInUse(a));
+    EXPECT_EQ(items(a), "");
+}
+
+TEST_F(CutCopy, ASelectionThatDoesNotFitItsPatternAnyMoreTakesNothing) {
+    uint16_t sub = MakePattern("$s", {{1, 3}});
+    uint16_t a = MakePattern("A", ITEMS);
+    AddReference(a, {.id = sub});
+    std::string was = items(a);
+    const std::pair<uint16_t, uint16_t> misfits[] = {{SEL_PULSE, 4},   {SEL_PULSE, 3},     {SEL_PATTERN, 4},
+                                                     {SEL_PATTERN, 0}, {SEL_COMPOSITE, 0}, {SEL_SPAN, 0}};
+    for (auto [kind, item] : misfits) {
+        select(a, 5, 5);
+        EditSelection.SelKind = kind;
+        EditSelection.SelFrames[0].item = item;
+        if (kind == SEL_SPAN) EditSelection.SelFrames[0].end = EditSelection.SelFrames[0].start;
+        cut();
+        EXPECT_EQ(items(a), was) << kind << " " << item;
+        EXPECT_EQ(EditLog.rPtr, 0);
+    }
+}
+
+TEST_F(CutCopy, ThePictureAndWhatLiesOverItFollow) {
+    uint16_t a = MakePattern("A", ITEMS);
+    WaveView.CursorTime = 50;
+    DrawOverlay(true);
+    ASSERT_EQ(Overlay.cursorX, 50);
+    select(a, 15, 15);
+    cut();
+    EXPECT_TRUE(Overlay.overlayOn);
+    EXPECT_EQ(Overlay.cursorX, 10) << "taken off before the cursor moved";
+    EXPECT_FALSE(PatternFromId(a)->changed()) << "drawn";
+    // A copy leaves both alone.
+    select(a, 0, 40);
+    DrawOverlay(false);
+    copy();
+    EXPECT_FALSE(Overlay.overlayOn);
 }
 
 TEST_F(CutCopy, NothingIsDoneWithoutASelectionThatCanBeCut) {

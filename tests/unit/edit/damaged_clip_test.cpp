@@ -3,6 +3,7 @@
 #include "editlog/record_reader.h"
 #include "editlog/replay.h"
 #include "headless/headless.h"
+#include "store/signal_name.h"
 #include "unit/edit/clipboard_fixture.h"
 
 namespace {
@@ -83,6 +84,45 @@ TEST_F(DamagedClip, AReferenceToAPatternThatIsNotFinishedStopsThePaste) {
     }
 }
 
+TEST_F(DamagedClip, AReferenceOfAPatternToItselfStopsThePaste) {
+    auto made = static_cast<uint16_t>(HighestPatternId + 1);
+    pasteRecords([made] {
+        LogReference(0, 100, 0, 0, made, 1, 1, 0, 0, 0);
+        LogPattern(0, 100, 1, "$made");
+    });
+    expectInvalid();
+}
+
+TEST_F(DamagedClip, APatternThatTheStoreHasNoPlaceForStopsThePaste) {
+    while (CreatePattern(0, "", 1)) {}
+    Headless.programErrors.clear();
+    pasteRecords([] {
+        LogTransition(0, 100, 0, 1, 5);
+        LogPattern(0, 100, 1, "");
+    });
+    EXPECT_EQ(items(a), "1:10 0:20 1:30");
+    EXPECT_EQ(Headless.programErrors, Texts{}) << "the record is not to blame";
+}
+
+TEST_F(DamagedClip, AReferenceThatThePatternHasNoRoomForStopsThePaste) {
+    uint16_t full = MakePattern("FULL");
+    uint32_t room = (MAX_RECORD_SIZE - PatternFromId(full)->used()) / sizeof(PatternItem);
+    for (uint32_t i = 0; i < room; i++) AddTransition(full, i & 1, 10);
+    uint16_t sub = MakePattern("$sub", {{1, 3}});
+    installClip(recorded([=] { LogReference(0, full, 0, 0, sub, 1, 1, 0, 0, 0); }));
+    before = StoreText();
+    ASSERT_EQ(click(full, 10), SEL_EDGE);
+    paste();
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(Headless.programErrors, Texts{}) << "the record is not to blame";
+}
+
+TEST_F(DamagedClip, ANamedPatternThatNothingRefersToStays) {
+    pasteRecords([] { LogPattern(0, 100, 1, "$made"); });
+    EXPECT_NE(FindPattern("$made"), nullptr);
+    EXPECT_TRUE(undoGives(before));
+}
+
 TEST_F(DamagedClip, AFinishedPatternWhoseReferenceDoesNotFitIsTakenAway) {
     pasteRecords([this] {
         LogReference(0, a, 9, 0, 100, 1, 1, 0, 0, 0);
@@ -158,7 +198,7 @@ TEST_F(DamagedClip, WidthsThatNoPatternHas) {
 }
 
 TEST_F(DamagedClip, ANameThatIsTakenOrTooLong) {
-    for (const std::string &name : {std::string("a"), std::string(5000, 'n')}) {
+    for (const std::string &name : {std::string("a"), std::string(NAME_SIZE, 'n'), std::string(5000, 'n')}) {
         Headless.programErrors.clear();
         // The log's window is not made for such a record; it goes through a buffer of its own.
         pasteRecords([&] { LogPattern(0, 100, 1, name.c_str()); });
@@ -171,18 +211,35 @@ TEST_F(DamagedClip, ANamedPatternIsMadeAndTold) {
     static std::string told;
     PatternListHook = [](const char *name) { told = name; };
     pasteRecords([this] {
-        LogReference(0, a, 0, 1, 100, 2, 3, 0, 0, 1);
+        LogReference(0, a, 0, 1, 100, 2, 3, 4, 5, 1);
         LogTransition(0, 100, 0, 1, 5);
-        LogPattern(0, 100, 1, "$made");
+        LogPattern(0, 100, 6, "$made[5:0]");
     });
     PatternListHook = nullptr;
-    EXPECT_EQ(told, "$made");
-    const Pattern *made = FindPattern("$made");
+    EXPECT_EQ(told, "$made[5:0]");
+    const Pattern *made = FindPattern("$made[5:0]");
     ASSERT_NE(made, nullptr);
     EXPECT_EQ(items(made->id), "1:5");
+    EXPECT_EQ(made->width, 6) << "by its name, unlike an unnamed one";
     EXPECT_EQ(items(a), "1:10 [" + std::to_string(made->id) + " *2 #3] 0:20 1:30");
+    EXPECT_EQ(PatternFromId(a)->item(1).sliceWidth(), 4U);
+    EXPECT_EQ(PatternFromId(a)->item(1).sliceOffset(), 5U);
+    EXPECT_EQ(PatternFromId(a)->item(1).forcedFormat(), 1U);
     EXPECT_TRUE(undoGives(before));
-    EXPECT_EQ(FindPattern("$made"), nullptr);
+    EXPECT_EQ(FindPattern("$made[5:0]"), nullptr);
+}
+
+TEST_F(DamagedClip, AnUnnamedPatternIsNotTold) {
+    static int told;
+    told = 0;
+    PatternListHook = [](const char *) { told++; };
+    pasteRecords([this] {
+        LogReference(0, a, 0, 1, 100, 1, 1, 0, 0, 0);
+        LogTransition(0, 100, 0, 1, 5);
+        LogPattern(0, 100, 1, "");
+    });
+    PatternListHook = nullptr;
+    EXPECT_EQ(told, 0);
 }
 
 TEST_F(DamagedClip, ANamedPatternOfARefusedPasteIsForgotten) {
@@ -252,6 +309,13 @@ TEST_F(DamagedClip, RecordsWithoutAPasteDoNotFit) {
     EXPECT_EQ(PasteRecord(record), 0);
     PasteEnd();
     EXPECT_EQ(PasteRecord(record), 0);
+    PasteBegin(a, 0);
+    PasteEnd();
+    for (uint8_t kind : {RecDeleteTransition, RecDeleteReference}) {
+        record.kind = kind;
+        EXPECT_EQ(PasteRecord(record), 0);
+    }
+    EXPECT_EQ(StoreText(), before);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // Where a paste goes, and what it refuses.
+#include "display/overlay.h"
 #include "display/wave_view.h"
 #include "edit/show_selection.h"
 #include "editlog/replay.h"
@@ -48,6 +49,76 @@ TEST_F(PasteInto, ASpanOfWholeItemsIsReplaced) {
     paste();
     EXPECT_EQ(items(a), "1:10 5:6");
     EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(PasteInto, ASpanOfWholeItemsAtTheStartIsReplacedThere) {
+    ASSERT_EQ(select(a, 0, 30), SEL_SPAN);
+    paste();
+    EXPECT_EQ(items(a), "5:6 1:30");
+    EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(PasteInto, WhatDoesNotFitThePatternAnyMoreIsNotTakenAway) {
+    select(a, 15, 15);
+    EditSelection.SelFrames[0].item = 9;
+    paste();
+    EXPECT_EQ(items(a), "1:10 0:20 1:30 5:6");
+    EXPECT_TRUE(undoGives(before));
+    select(a, 10, 60);
+    EditSelection.SelFrames[0].end = 10;
+    paste();
+    EXPECT_EQ(items(a), "1:10 5:6 0:20 1:30") << "a span of no length";
+    EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(PasteInto, AWaveThatTakesNoTimeLosesAnItem) {
+    uint16_t empty = MakePattern("$empty");
+    uint16_t b = MakePattern("B");
+    for (int i = 0; i < 2; i++) AddReference(b, {.id = empty});
+    ASSERT_EQ(select(b, 0, 10), SEL_WHOLE);
+    paste();
+    EXPECT_EQ(items(b), "5:6 [" + std::to_string(empty) + " *1 #1]");
+}
+
+TEST_F(PasteInto, WhatAReplacedReferenceOwnedStaysForTheUndo) {
+    uint16_t inner = MakePattern("", {{1, 3}, {0, 4}});
+    uint16_t b = MakePattern("B", {{1, 10}});
+    AddReference(b, {.id = inner, .repeat = 2});
+    before = StoreText();
+    ASSERT_EQ(select(b, 10, 24), SEL_PATTERN);
+    paste();
+    EXPECT_EQ(items(b), "1:10 5:6");
+    EXPECT_EQ(items(inner), "1:3 0:4");
+    EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(PasteInto, ThePictureAndWhatLiesOverItFollow) {
+    DrawOverlay(true);
+    WaveView.SelectActive = true;
+    click(a, 10);
+    paste();
+    EXPECT_TRUE(Overlay.overlayOn);
+    EXPECT_FALSE(PatternFromId(a)->changed()) << "drawn";
+    EXPECT_FALSE(WaveView.SelectActive);
+    EXPECT_EQ(HeadlessEditDialog.title, "Nothing Selected");
+    ClipWidth = 2;
+    click(a, 10);
+    paste();
+    EXPECT_TRUE(Overlay.overlayOn) << "after a message, too";
+}
+
+TEST_F(PasteInto, AsMuchIsPastedAsThereIsRoomFor) {
+    uint16_t source = MakePattern("S2", {{7, 1}, {5, 6}, {8, 6}, {7, 1}});
+    ASSERT_EQ(select(source, 1, 13), SEL_SPAN);
+    copy();
+    // Room for one item more.
+    uint16_t full = MakePattern("FULL");
+    uint32_t room = (MAX_RECORD_SIZE - PatternFromId(full)->used()) / sizeof(PatternItem);
+    for (uint32_t i = 0; i + 1 < room; i++) AddTransition(full, i == 1 ? 5 : i & 1, 10);
+    ASSERT_EQ(click(full, 10), SEL_EDGE);
+    paste();
+    EXPECT_EQ(items(full).substr(0, 15), "0:10 5:16 0:10 ") << "joined at the seam behind what was pasted";
+    EXPECT_EQ(Headless.programErrors, Texts{}) << "the record is not to blame";
 }
 
 TEST_F(PasteInto, AWholePatternIsReplaced) {
@@ -157,6 +228,7 @@ TEST_F(PasteInto, AReferenceToAPatternGoesToTheSelection) {
     EXPECT_EQ(PasteAtSelection(sub), 1);
     LogEndAction();
     EXPECT_EQ(items(a), "1:10 [" + std::to_string(sub) + " *1 #1] 1:30");
+    EXPECT_EQ(PatternFromId(a)->item(1).forcedFormat(), 0U);
     EXPECT_TRUE(undoGives(before));
 }
 
@@ -232,6 +304,35 @@ TEST_F(PasteInto, ANestOf20LevelsIsRefused) {
     EXPECT_EQ(StoreText(), before);
 }
 
+TEST_F(PasteInto, ANestIsAsDeepAsItsLongestWayDown) {
+    // The same 17 levels are reached by way of 2 levels, which is good, and then of 3.
+    uint16_t deep = Chain(17);
+    uint16_t middle = MakePattern("$middle");
+    AddReference(middle, {.id = deep});
+    uint16_t top = MakePattern("$top");
+    AddReference(top, {.id = deep});
+    click(a, 10);
+    EXPECT_EQ(PasteAtSelection(top), 1);
+    LogEndAction();
+    AddReference(top, {.id = middle});
+    before = StoreText();
+    click(a, 10);
+    EXPECT_EQ(PasteAtSelection(top), 0);
+    EXPECT_EQ(StoreText(), before);
+}
+
+TEST_F(PasteInto, ARefusalLeavesTheNextPasteItsFullDepth) {
+    uint16_t deep = Chain(18);
+    uint16_t deeper = MakePattern("$deeper");
+    AddReference(deeper, {.id = deep});
+    for (int i = 0; i < 3; i++) {
+        click(a, 10);
+        EXPECT_EQ(PasteAtSelection(deeper), 0);
+    }
+    click(a, 10);
+    EXPECT_EQ(PasteAtSelection(deep), 1);
+}
+
 TEST_F(PasteInto, ANestOf19LevelsIsTakenAndQuicklyFoundGood) {
     uint16_t deep = Chain(18);
     ASSERT_EQ(click(a, 10), SEL_EDGE);
@@ -255,6 +356,12 @@ TEST_F(PasteInto, DeepNestsAboveThePatternCountToo) {
     ASSERT_EQ(click(a, 0), SEL_EDGE);
     EXPECT_EQ(PasteAtSelection(deeper), 0);
     EXPECT_EQ(StoreText(), before);
+    // A value that reads like that pattern's id is no reference to it.
+    uint16_t source = MakePattern("S2", {{7, 1}, {deeper, 6}, {7, 1}});
+    select(source, 3, 3);
+    copy();
+    ASSERT_EQ(click(a, 0), SEL_EDGE);
+    EXPECT_EQ(paste(), 1);
 }
 
 } // namespace
