@@ -54,8 +54,7 @@ Edited WhatIsEdited() {
 }
 
 void Reselect(const Edited &edited, TimeVal t1, TimeVal t2) {
-    if (PatternInUse(edited.root))
-        SelectRange(PatternFromId(edited.root), t1, t2, Settings.ShowPatternWaveforms, 0);
+    SelectRange(PatternFromId(edited.root), t1, t2, Settings.ShowPatternWaveforms, 0);
 }
 
 void ReselectAt(const Edited &edited, TimeVal time) {
@@ -79,9 +78,7 @@ void ScrollToFrame() {
     TimeVal middle = TimeMidpoint(frame.start, frame.end);
     TimeVal right = TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth));
     if (EditSelection.SelKind == SEL_NONE || middle <= right) return;
-    DrawOverlay(false);
     ScrollTimeTo(middle, false);
-    DrawOverlay(true);
 }
 
 void CommitDuration(const Edited &edited, const char *text, int enter) {

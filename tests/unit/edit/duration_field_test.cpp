@@ -1,4 +1,5 @@
 // What the duration field of the floating dialog writes.
+#include "display/overlay.h"
 #include "display/viewport.h"
 #include "shell/reporting.h"
 #include "unit/edit/field_fixture.h"
@@ -59,7 +60,37 @@ TEST_F(DurationField, ADurationIsRoundedToUnitsHalvesUp) {
         ASSERT_EQ(DeepestFrame().patternId, sub);
         leave(EDIT_DURATION, typed);
         EXPECT_EQ(items(sub), "1:" + std::to_string(units) + " 0:4") << typed;
+        EXPECT_EQ(frame(), std::to_string(sub) + "/0 10-" + std::to_string(10 + 4 * units));
     }
+}
+
+TEST_F(DurationField, EnterWalksOverAPulseOfOneUnit) {
+    // One beyond the end is the item behind it; that is meant.
+    a = MakePattern("A", {{1, 10}, {0, 1}, {1, 30}});
+    select(a, 5, 5);
+    enter(EDIT_DURATION, "20");
+    EXPECT_EQ(frame(), std::to_string(a) + "/2 21-51");
+}
+
+TEST_F(DurationField, OfABusKeepsTheKeyboard) {
+    bus();
+    select(a, 5, 5);
+    enter(EDIT_DURATION, "15");
+    EXPECT_EQ(HeadlessEditDialog.focus, EDIT_DURATION) << "though the value would come first";
+}
+
+TEST_F(DurationField, InsideANamedPatternThatIsShownOpen) {
+    uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
+    a = MakePattern("A", {{1, 10}});
+    AddReference(a, {.id = sub, .repeat = 2});
+    Settings.ShowPatternWaveforms = 1;
+    ValidateDurations();
+    SelectRange(PatternFromId(a), 11, 11, 1, 0);
+    ShowSelection();
+    ASSERT_EQ(DeepestFrame().patternId, sub);
+    enter(EDIT_DURATION, "5");
+    EXPECT_EQ(items(sub), "1:5 0:4");
+    EXPECT_EQ(frame(), std::to_string(sub) + "/1 15-19") << "it stays open";
 }
 
 TEST_F(DurationField, DurationInsideAReferenceIsSeenInAllRepetitions) {
@@ -112,6 +143,23 @@ TEST_F(DurationField, TheSameDurationAgainLogsNothing) {
     enter(EDIT_DURATION, "20");
     EXPECT_EQ(EditLog.rPtr, 0);
     EXPECT_EQ(frame(), std::to_string(a) + "/2 30-60") << "but Enter walks on";
+}
+
+TEST_F(DurationField, AFrameWithItsMiddleAtThePanesEdgeIsNotScrolledTo) {
+    a = MakePattern("A", {{1, 10}, {0, 20}, {1, 20}});
+    WaveView.SpanEnd = 1000;
+    WaveView.WavePaneWidth = 40;
+    WaveView.Scale = 0;
+    select(a, 15, 15);
+    WaveView.ViewLeft = 0;
+    DrawOverlay(true);
+    enter(EDIT_DURATION, "20"); // on to 30 to 50
+    EXPECT_EQ(WaveView.ViewLeft, 0U);
+    leave(EDIT_DURATION, "40"); // 30 to 70
+    EXPECT_NE(WaveView.ViewLeft, 0U);
+    EXPECT_TRUE(Overlay.overlayOn);
+    EXPECT_EQ(Overlay.cursorX,
+              static_cast<int32_t>(WaveView.CursorTime) - static_cast<int32_t>(WaveView.ViewLeft));
 }
 
 TEST_F(DurationField, AFrameBeyondThePaneIsScrolledTo) {

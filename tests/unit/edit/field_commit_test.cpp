@@ -61,6 +61,27 @@ TEST_F(FieldCommitTest, AWholeCompositeIsNotReplacedOrWrapped) {
     EXPECT_EQ(StoreText(), before);
 }
 
+TEST_F(FieldCommitTest, ASelectionThatDoesNotFitItsPatternAnyMoreWritesNothing) {
+    uint16_t sub = MakePattern("$s[7:0]", {{1, 3}});
+    bus();
+    AddReference(a, {.id = sub, .scale = 2, .repeat = 2});
+    before = StoreText();
+    const std::pair<uint16_t, uint16_t> misfits[] = {
+        {SEL_PULSE, 4}, {SEL_PULSE, 3}, {SEL_PATTERN, 4}, {SEL_PATTERN, 0}, {SEL_SPAN, 0}};
+    for (auto [kind, item] : misfits) {
+        for (uint16_t id : {EDIT_DURATION, EDIT_VALUE, EDIT_SCALE, EDIT_REPEAT}) {
+            select(a, 5, 5);
+            EditSelection.SelKind = kind;
+            EditSelection.SelFrames[0].item = item;
+            if (kind == SEL_SPAN) EditSelection.SelFrames[0].end = EditSelection.SelFrames[0].start;
+            HeadlessEditDialog.texts[id] = "5";
+            FieldCommit(id, 1);
+            EXPECT_EQ(StoreText(), before) << kind << " " << item << " " << id;
+            EXPECT_EQ(EditLog.rPtr, 0);
+        }
+    }
+}
+
 TEST_F(FieldCommitTest, ATextIsCutAt80Characters) {
     bus();
     select(a, 15, 15);

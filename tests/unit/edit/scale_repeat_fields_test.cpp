@@ -23,6 +23,63 @@ TEST_F(ScaleField, ScaleOfASpanWrapsIt) {
     EXPECT_TRUE(undoGives(before));
 }
 
+TEST_F(ScaleField, OfASpanInsideAScaledPatternOfADelayedWave) {
+    for (uint16_t field : {EDIT_SCALE, EDIT_REPEAT}) {
+        inner = MakePattern("", {{1, 3}, {0, 4}, {1, 5}});
+        a = MakePattern("A", {{1, 10}});
+        PatternFromId(a)->delay = 7;
+        AddReference(a, {.id = inner, .scale = 2, .repeat = 3});
+        before = StoreText();
+        // The second repetition begins at 41. The span is its units 1 to 9.
+        ASSERT_EQ(select(a, 43, 59), SEL_SPAN);
+        leave(field, "3");
+        uint16_t made = PatternFromId(inner)->item(1).patternId();
+        EXPECT_EQ(items(made), "1:2 0:4 1:2");
+        EXPECT_EQ(items(inner),
+                  "1:1 [" + std::to_string(made) + (field == EDIT_SCALE ? " *3 #1] 1:3" : " *1 #3] 1:3"));
+        EXPECT_EQ(PatternDuration(PatternFromId(a)), 17U + 3 * 2 * 28) << "durations are valid again";
+        EXPECT_TRUE(undoGives(before));
+    }
+}
+
+TEST_F(ScaleField, AWholeThatOnlyBeginsWithAReferenceOrIsALevelIsWrapped) {
+    uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
+    for (uint16_t field : {EDIT_SCALE, EDIT_REPEAT}) {
+        std::string change = field == EDIT_SCALE ? " *2 #1]" : " *1 #2]";
+        a = MakePattern("A");
+        AddReference(a, {.id = sub, .scale = 2, .repeat = 2});
+        AddTransition(a, 0, 10);
+        ASSERT_EQ(select(a, 0, 38), SEL_WHOLE);
+        leave(field, "2");
+        EXPECT_EQ(items(a), "[" + std::to_string(PatternFromId(a)->item(0).patternId()) + change);
+        EXPECT_EQ(items(PatternFromId(a)->item(0).patternId()), "[" + std::to_string(sub) + " *2 #2] 0:10");
+        uint16_t b = MakePattern("B", {{1, 10}});
+        ASSERT_EQ(select(b, 0, 10), SEL_WHOLE);
+        leave(field, "2");
+        EXPECT_EQ(items(b), "[" + std::to_string(PatternFromId(b)->item(0).patternId()) + change);
+    }
+}
+
+TEST_F(ScaleField, OnlyADissolvedReferenceTidiesItsPattern) {
+    uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
+    a = MakePattern("A", {{1, 10}, {1, 5}});
+    AddReference(a, {.id = sub});
+    select(a, 15, 22);
+    leave(EDIT_SCALE, "3");
+    leave(EDIT_REPEAT, "2");
+    EXPECT_EQ(items(a), "1:10 1:5 [" + std::to_string(sub) + " *3 #2]");
+}
+
+TEST_F(ScaleField, ACountHas16Bits) {
+    for (uint16_t field : {EDIT_SCALE, EDIT_REPEAT}) {
+        nested();
+        select(a, 10, 52);
+        leave(field, "65541");
+        EXPECT_EQ(
+            field == EDIT_SCALE ? PatternFromId(a)->item(1).scale() : PatternFromId(a)->item(1).repeat(), 5U);
+    }
+}
+
 TEST_F(ScaleField, ScaleOfAWholePatternWrapsIt) {
     a = MakePattern("A", {{1, 10}, {0, 20}});
     PatternFromId(a)->delay = 7;
@@ -88,6 +145,15 @@ TEST_F(ScaleField, Scale1DissolvesAWrapperThatIsRepeatedOnce) {
     EXPECT_EQ(frame(), std::to_string(a) + "/1 13-17");
     EXPECT_EQ(EditSelection.SelKind, SEL_PULSE);
     EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(ScaleField, Scale0DissolvesAsScale1Does) {
+    inner = MakePattern("", {{1, 3}, {0, 4}});
+    a = MakePattern("A", {{1, 10}});
+    AddReference(a, {.id = inner, .scale = 2});
+    ASSERT_EQ(select(a, 10, 24), SEL_PATTERN);
+    leave(EDIT_SCALE, "0");
+    EXPECT_EQ(items(a), "1:13 0:4");
 }
 
 TEST_F(ScaleField, Scale1LeavesARepeatedOrNamedPattern) {

@@ -36,13 +36,18 @@ TEST_F(ValueField, EnterInValueOnTheLastItemStaysOnIt) {
 
 TEST_F(ValueField, ValuesAreReadAsHexadecimalAndMasked) {
     const std::pair<const char *, uint32_t> texts[] = {
-        {"1FF", 0xFF}, {"0x3c", 0x3C}, {" 5", 5}, {"zz", 0}, {"", 0}, {"-1", 0xFF}, {"12 34", 0x12}};
+        {"1FF", 0xFF}, {"0x3c", 0x3C}, {"0X3C", 0x3C}, {" 0x3c", 0x3C}, {"\t0x3c", 0x3C},
+        {" 5", 5},     {"zz", 0},      {"", 0},        {"-1", 0xFF},    {"12 34", 0x12}};
     for (auto [typed, value] : texts) {
         bus();
         select(a, 15, 15);
         leave(EDIT_VALUE, typed);
         EXPECT_EQ(PatternFromId(a)->item(1).value(), value) << typed;
     }
+    a = MakePattern("V[30:0]", {{1, 10}, {2, 20}});
+    select(a, 15, 15);
+    leave(EDIT_VALUE, "DEADBEEF");
+    EXPECT_EQ(PatternFromId(a)->item(1).value(), 0x5EADBEEFU);
     a = MakePattern("W[31:0]", {{1, 10}, {2, 20}});
     select(a, 15, 15);
     leave(EDIT_VALUE, "DEADBEEF");
@@ -88,6 +93,69 @@ TEST_F(ValueField, ValueOfASpan) {
     EXPECT_EQ(frame(), std::to_string(a) + "/1 5-25") << "selected anew at its start";
     EXPECT_EQ(actions(), 1);
     EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(ValueField, ValueOfASpanAtTheStartStaysThere) {
+    bus();
+    ASSERT_EQ(select(a, 0, 30), SEL_SPAN);
+    leave(EDIT_VALUE, "9");
+    EXPECT_EQ(items(a), "9:30 3:30");
+    EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(ValueField, ValueOfASpanInsideAScaledPatternOfADelayedWave) {
+    inner = MakePattern("", {{1, 3}, {2, 4}, {3, 5}}, 8);
+    a = MakePattern("A[7:0]", {{1, 10}});
+    PatternFromId(a)->delay = 7;
+    AddReference(a, {.id = inner, .scale = 2, .repeat = 3});
+    before = StoreText();
+    // The second repetition begins at 41. The span is its units 1 to 9.
+    ASSERT_EQ(select(a, 43, 59), SEL_SPAN);
+    ASSERT_EQ(DeepestFrame().patternId, inner);
+    leave(EDIT_VALUE, "9");
+    EXPECT_EQ(items(inner), "1:1 9:8 3:3");
+    EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(ValueField, TheUsesOfAPatternKnowItsNewLength) {
+    uint16_t leaf = MakePattern("$leaf[7:0]", {{1, 3}, {2, 4}});
+    for (uint16_t kind : {SEL_SPAN, SEL_WHOLE}) {
+        uint16_t sub = MakePattern("$s[7:0]", {{1, 3}, {2, 3}});
+        AddReference(sub, {.id = leaf, .repeat = REPEAT_FOREVER});
+        a = MakePattern("A[7:0]");
+        AddReference(a, {.id = sub});
+        ASSERT_EQ(select(sub, kind == SEL_SPAN ? 3 : 0, TIME_FOREVER), kind);
+        ASSERT_EQ(PatternFromId(a)->duration, TIME_FOREVER);
+        leave(EDIT_VALUE, "9");
+        EXPECT_NE(PatternFromId(sub)->duration, TIME_FOREVER);
+        EXPECT_EQ(PatternFromId(a)->duration, PatternFromId(sub)->duration);
+        EXPECT_TRUE(PatternFromId(a)->durationValid());
+    }
+}
+
+TEST_F(ValueField, EnterWalksOverAPulseOfOneUnit) {
+    // One beyond the end is the item behind it; that is meant.
+    a = MakePattern("A[7:0]", {{1, 10}, {2, 1}, {3, 30}});
+    select(a, 5, 5);
+    enter(EDIT_VALUE, "7");
+    EXPECT_EQ(frame(), std::to_string(a) + "/2 11-41");
+}
+
+TEST_F(ValueField, ValuesOfTwoWavesAreTwoSteps) {
+    bus();
+    uint16_t b = MakePattern("B[7:0]", {{1, 10}, {2, 20}});
+    for (uint16_t id : {a, b}) {
+        select(id, 5, 5);
+        leave(EDIT_VALUE, "9");
+    }
+    EXPECT_EQ(actions(), 2);
+}
+
+TEST_F(ValueField, AWholeBusIsNoLongerThanAnItemCanBe) {
+    a = MakePattern("A[7:0]", {{1, 0x7FFFFFFF}, {2, 0x11}});
+    ASSERT_EQ(select(a, 0, TIME_FOREVER), SEL_WHOLE);
+    leave(EDIT_VALUE, "6");
+    EXPECT_EQ(items(a), "6:2147483647");
 }
 
 TEST_F(ValueField, ValueOfASpanOfWholeItemsJoinsItsNeighbours) {
@@ -144,6 +212,7 @@ TEST_F(ValueField, ValueInsideANestedRepeatedScaledBus) {
     ASSERT_EQ(select(a, 31, 31), SEL_PULSE);
     enter(EDIT_VALUE, "fff");
     EXPECT_EQ(items(inner), "1:3 255:4");
+    EXPECT_EQ(PendingMerge, inner);
     EXPECT_EQ(frame(), std::to_string(inner) + "/1 30-38") << "it is the last item of its pattern";
     EXPECT_TRUE(undoGives(before));
 }
