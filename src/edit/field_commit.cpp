@@ -200,7 +200,6 @@ uint32_t RepeatTimes(uint32_t repeat, uint32_t times) {
 
 // Where a stretch of that length ends when it is repeated.
 TimeVal RepeatedEnd(const Edited &edited, uint32_t repeat) {
-    if (repeat == REPEAT_FOREVER) return TIME_FOREVER;
     return TimeAdd(edited.start, TimeMul(edited.end - edited.start, repeat));
 }
 

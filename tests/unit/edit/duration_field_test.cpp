@@ -33,6 +33,17 @@ TEST_F(DurationField, DurationByLeavingStaysOnTheItem) {
     EXPECT_TRUE(undoGives(before));
 }
 
+TEST_F(DurationField, TheCursorIsHeldWithinTheSelection) {
+    bit();
+    select(a, 15, 15);
+    WaveView.CursorTime = 29;
+    leave(EDIT_DURATION, "5");
+    EXPECT_EQ(WaveView.CursorTime, 15U);
+    EXPECT_EQ(WaveView.SelectStart, 10U);
+    EXPECT_EQ(WaveView.SelectEnd, 15U);
+    EXPECT_FALSE(PatternFromId(a)->changed()) << "drawn";
+}
+
 TEST_F(DurationField, EnterInDurationOnTheLastItemStaysOnIt) {
     bit();
     select(a, 40, 40);

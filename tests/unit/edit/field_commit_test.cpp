@@ -1,4 +1,5 @@
 // What no field of the floating dialog writes.
+#include "display/wave_view.h"
 #include "unit/edit/field_fixture.h"
 
 namespace {
@@ -49,6 +50,19 @@ TEST_F(FieldCommitTest, ScaleAndRepeatOfAChannelChangeNothing) {
     EXPECT_EQ(StoreText(), before);
 }
 
+TEST_F(FieldCommitTest, ScaleAndRepeatOfACompositeInASequenceChangeNothing) {
+    uint16_t x = MakePattern("X", {{1, 50}});
+    uint16_t c = MakePattern("$c[1:0]");
+    for (int i = 0; i < 2; i++) AddReference(c, {.id = x}, PatternKind::Composite);
+    a = MakePattern("A[1:0]", {{1, 10}});
+    AddReference(a, {.id = c, .scale = 2});
+    before = StoreText();
+    ASSERT_EQ(select(a, 20, 30), SEL_COMPOSITE);
+    EXPECT_TRUE(leave(EDIT_SCALE, "3"));
+    EXPECT_TRUE(leave(EDIT_REPEAT, "3"));
+    EXPECT_EQ(StoreText(), before);
+}
+
 TEST_F(FieldCommitTest, AWholeCompositeIsNotReplacedOrWrapped) {
     uint16_t x = MakePattern("X", {{1, 50}});
     uint16_t c = MakePattern("C[1:0]");
@@ -82,11 +96,46 @@ TEST_F(FieldCommitTest, ASelectionThatDoesNotFitItsPatternAnyMoreWritesNothing) 
     }
 }
 
+TEST_F(FieldCommitTest, WhereNothingIsLeftToSelectTheCursorAndItsRangeStay) {
+    a = MakePattern("A");
+    AddReference(a, {.id = MakePattern(""), .scale = 2});
+    before = StoreText();
+    select(a, 0, 100);
+    EditSelection.SelKind = SEL_PATTERN;
+    ShowSelection();
+    WaveView.SelectStart = 70;
+    WaveView.SelectEnd = 90;
+    WaveView.CursorTime = 80;
+    ASSERT_TRUE(leave(EDIT_SCALE, "1"));
+    EXPECT_EQ(items(a), "");
+    EXPECT_EQ(EditSelection.SelKind, SEL_NONE);
+    EXPECT_EQ(WaveView.SelectStart, 70U);
+    EXPECT_EQ(WaveView.SelectEnd, 90U);
+    EXPECT_EQ(WaveView.CursorTime, 80U);
+    EXPECT_EQ(HeadlessEditDialog.title, "Nothing Selected");
+    EXPECT_EQ(actions(), 1);
+    EXPECT_TRUE(undoGives(before));
+}
+
 TEST_F(FieldCommitTest, ATextIsCutAt80Characters) {
     bus();
     select(a, 15, 15);
     leave(EDIT_VALUE, std::string(79, '0') + "12");
     EXPECT_EQ(PatternFromId(a)->item(1).value(), 1U);
+    HeadlessEditDialog.texts[EDIT_VALUE] = std::string(79, '0') + "34";
+    FieldCommit(EDIT_VALUE, 0);
+    EXPECT_EQ(PatternFromId(a)->item(1).value(), 3U) << "whatever the window lets through";
+}
+
+TEST_F(FieldCommitTest, TheLogFileIsHeldOpenForTheWriteOnly) {
+    bit();
+    for (int held : {0, 1}) {
+        LogHoldOpen(held);
+        select(a, 15, 15);
+        leave(EDIT_DURATION, "5");
+        HeadlessPickState(3, false);
+        EXPECT_EQ(LogHoldOpen(0), held);
+    }
 }
 
 TEST_F(FieldCommitTest, APatternThatIsGoneIsNotWrittenTo) {

@@ -60,6 +60,23 @@ TEST_F(ScaleField, AWholeThatOnlyBeginsWithAReferenceOrIsALevelIsWrapped) {
     }
 }
 
+TEST_F(ScaleField, TheUsesOfAPatternKnowItsNewLength) {
+    uint16_t leaf = MakePattern("$leaf", {{1, 3}, {0, 4}});
+    for (uint16_t field : {EDIT_SCALE, EDIT_REPEAT}) {
+        for (uint16_t kind : {SEL_SPAN, SEL_WHOLE, SEL_PATTERN}) {
+            uint16_t sub = MakePattern("$s", {{1, 10}, {0, 20}});
+            AddReference(sub, {.id = leaf});
+            a = MakePattern("A");
+            AddReference(a, {.id = sub, .repeat = 5});
+            TimeVal from = kind == SEL_SPAN ? 10 : kind == SEL_WHOLE ? 0 : 30;
+            ASSERT_EQ(select(sub, from, 37), kind);
+            leave(field, "2");
+            EXPECT_TRUE(PatternFromId(a)->durationValid());
+            EXPECT_EQ(PatternFromId(a)->duration, 5 * (37 + 37 - from)) << field << " " << kind;
+        }
+    }
+}
+
 TEST_F(ScaleField, OnlyADissolvedReferenceTidiesItsPattern) {
     uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
     a = MakePattern("A", {{1, 10}, {1, 5}});
@@ -225,7 +242,8 @@ TEST_F(RepeatField, RepeatOfAWholeWrapsItAndSelectsIt) {
 
 TEST_F(RepeatField, RepeatOfAWholeThatIsOneReferenceMultiplies) {
     uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
-    for (auto [old, typed, result] : {std::tuple{2, "3", 6}, {2, "#", 65535}, {300, "300", 65534}}) {
+    for (auto [old, typed, result] :
+         {std::tuple{2, "3", 6}, {2, "#", 65535}, {65535, "2", 65535}, {300, "300", 65534}}) {
         a = MakePattern("A");
         AddReference(a, {.id = sub, .repeat = static_cast<uint32_t>(old)});
         select(a, 0, 70);
