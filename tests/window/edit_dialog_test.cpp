@@ -292,6 +292,8 @@ TEST_F(EditDialogWindow, ScaleAndRepeat1DissolveAReference) {
     PressKey(VK_RETURN);
     ASSERT_TRUE(fieldBecomes(EDIT_REPEAT, "1"));
     EXPECT_EQ(saved("C"), "1 100(1 20 0 30)*2 0 100");
+    dragOver(C, 100, 200);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
     typeInto(EDIT_SCALE, "1");
     PressKey(VK_RETURN);
     ASSERT_TRUE(kindBecomes(SEL_PULSE));
@@ -326,11 +328,25 @@ TEST_F(EditDialogWindow, ForeverAtTheTailOnly) {
     EXPECT_FALSE(isEnabled(EDIT_REPEAT));
     EXPECT_EQ(SendMessageA(control(EDIT_FOREVER), BM_GETCHECK, 0, 0), BST_CHECKED);
     editor->shoot("edit-dialog-forever", edit.window);
-    EXPECT_EQ(saved("A"), "1 100 0 100(0 100 1 100)##");
     edit.click(EDIT_FOREVER);
     EXPECT_TRUE(WaitFor([&] { return isEnabled(EDIT_REPEAT) || selection().SelKind != SEL_PATTERN; }, 10));
     EXPECT_EQ(SendMessageA(control(EDIT_FOREVER), BM_GETCHECK, 0, 0), BST_UNCHECKED);
     EXPECT_EQ(saved("A"), "1 100 0 200 1 100") << "what is repeated once is no pattern any more";
+}
+
+TEST_F(EditDialogWindow, ForeverIsWritten) {
+    dragOver(A, 200, 400);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    edit.click(EDIT_FOREVER);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    dragOver(B, 0, 400);
+    ASSERT_TRUE(titleBecomes("Selected Entire Pattern B[7:0]"));
+    typeInto(EDIT_REPEAT, "#");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    EXPECT_EQ(SendMessageA(control(EDIT_FOREVER), BM_GETCHECK, 0, 0), BST_CHECKED);
+    EXPECT_EQ(saved("A"), "1 100 0 100(0 100 1 100)##");
+    EXPECT_EQ(saved("B[7:0]"), "(11 100 22 200 33 100)##");
 }
 
 TEST_F(EditDialogWindow, TheKeysOfTheWavesWorkUntilTheFieldIsTaken) {
