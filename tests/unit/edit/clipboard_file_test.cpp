@@ -1,5 +1,6 @@
 // The file that a cut makes, and how others get it.
 #include "headless/headless.h"
+#include "platform/files_native.h"
 #include "unit/edit/clipboard_fixture.h"
 #include <filesystem>
 
@@ -128,6 +129,20 @@ TEST_F(ClipboardFile, ALogThatCannotBeReadIsToldAndGivesNoFile) {
     CutToClipFile(0);
     EditLog.rEofPtr -= 400;
     EXPECT_EQ(Headless.userErrors, Texts{std::string("Failed to read log file ") + EditLog.LogFileName});
+    EXPECT_TRUE(HeadlessClipboard.offered.empty());
+    EXPECT_EQ(ClipName[0], '\0');
+}
+
+TEST_F(ClipboardFile, AFullDiskIsToldAndGivesNoFile) {
+    uint16_t a = MakePattern("A", ITEMS);
+    select(a, 15, 15);
+    remove();
+    LogFlush();
+    WriteLimitHook = [](size_t size) { return size - 1; };
+    CutToClipFile(0);
+    WriteLimitHook = nullptr;
+    ASSERT_EQ(Headless.userErrors.size(), 1U);
+    EXPECT_EQ(Headless.userErrors[0].substr(0, 31), "Failed to write clipboard file ");
     EXPECT_TRUE(HeadlessClipboard.offered.empty());
     EXPECT_EQ(ClipName[0], '\0');
 }

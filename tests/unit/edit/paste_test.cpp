@@ -64,10 +64,10 @@ TEST_F(PasteInto, WhatDoesNotFitThePatternAnyMoreIsNotTakenAway) {
     paste();
     EXPECT_EQ(items(a), "1:10 0:20 1:30 5:6");
     EXPECT_TRUE(undoGives(before));
-    select(a, 10, 60);
-    EditSelection.SelFrames[0].end = 10;
+    select(a, 0, 30);
+    EditSelection.SelFrames[0].end = 0;
     paste();
-    EXPECT_EQ(items(a), "1:10 5:6 0:20 1:30") << "a span of no length";
+    EXPECT_EQ(items(a), "5:6 1:10 0:20 1:30") << "a span of no length";
     EXPECT_TRUE(undoGives(before));
 }
 
@@ -207,6 +207,10 @@ TEST_F(PasteInto, OnlyItsOwnKindChangesAnEmptyPattern) {
     EXPECT_EQ(paste(), 1);
     EXPECT_EQ(PatternFromId(a)->kind(), PatternKind::Plain);
     EXPECT_TRUE(undoGives(before));
+    uint16_t b = MakePattern("B");
+    ASSERT_EQ(click(b, 0), SEL_EDGE);
+    EXPECT_EQ(paste(), 1);
+    EXPECT_EQ(PatternFromId(b)->kind(), PatternKind::Composite);
 }
 
 TEST_F(PasteInto, AnUndoneAndRedonePasteIsTheSame) {
@@ -230,6 +234,14 @@ TEST_F(PasteInto, AReferenceToAPatternGoesToTheSelection) {
     EXPECT_EQ(items(a), "1:10 [" + std::to_string(sub) + " *1 #1] 1:30");
     EXPECT_EQ(PatternFromId(a)->item(1).forcedFormat(), 0U);
     EXPECT_TRUE(undoGives(before));
+}
+
+TEST_F(PasteInto, AReferenceBehindTheEndGoesToTheEnd) {
+    uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
+    click(a, 10);
+    EditSelection.SelFrames[0].item = 9;
+    EXPECT_EQ(PasteAtSelection(sub), 1);
+    EXPECT_EQ(items(a), "1:10 0:20 1:30 [" + std::to_string(sub) + " *1 #1]");
 }
 
 TEST_F(PasteInto, AReferenceOfAnotherWidthIsRefused) {
