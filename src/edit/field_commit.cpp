@@ -54,7 +54,8 @@ Edited WhatIsEdited() {
 }
 
 void Reselect(const Edited &edited, TimeVal t1, TimeVal t2) {
-    SelectRange(PatternFromId(edited.root), t1, t2, Settings.ShowPatternWaveforms, 0);
+    if (PatternInUse(edited.root))
+        SelectRange(PatternFromId(edited.root), t1, t2, Settings.ShowPatternWaveforms, 0);
 }
 
 void ReselectAt(const Edited &edited, TimeVal time) {

@@ -210,6 +210,13 @@ TEST_F(EditDialogTest, ForeverIsForTheTailOfANode) {
     EXPECT_FALSE(EditDialog.ForeverAllowed);
 }
 
+TEST_F(EditDialogTest, ForeverIsForTheTailOfADelayedNode) {
+    uint16_t a = MakePattern("A", ITEMS);
+    PatternFromId(a)->delay = 7;
+    ASSERT_EQ(select(a, 20, 67), SEL_SPAN);
+    EXPECT_TRUE(enabled(EDIT_FOREVER));
+}
+
 TEST_F(EditDialogTest, ForeverIsNotForSubPatterns) {
     uint16_t sub = MakePattern("$s", ITEMS);
     ASSERT_EQ(select(sub, 0, 60), SEL_WHOLE);

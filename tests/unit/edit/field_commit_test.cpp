@@ -138,6 +138,17 @@ TEST_F(FieldCommitTest, TheLogFileIsHeldOpenForTheWriteOnly) {
     }
 }
 
+TEST_F(FieldCommitTest, WithoutTheRowsPatternTheSelectionStaysWhereItIs) {
+    nested();
+    ASSERT_EQ(select(a, 11, 11), SEL_PULSE);
+    std::string selected = frame();
+    DeletePattern(PatternFromId(a));
+    HeadlessEditDialog.texts[EDIT_DURATION] = "10";
+    FieldCommit(EDIT_DURATION, 1);
+    EXPECT_EQ(items(inner), "1:5 0:4");
+    EXPECT_EQ(frame(), selected);
+}
+
 TEST_F(FieldCommitTest, APatternThatIsGoneIsNotWrittenTo) {
     bit();
     select(a, 15, 15);
