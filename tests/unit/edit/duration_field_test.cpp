@@ -75,6 +75,16 @@ TEST_F(DurationField, ADurationIsRoundedToUnitsHalvesUp) {
     }
 }
 
+TEST_F(DurationField, EnterWalksOnInAScaledPattern) {
+    uint16_t sub = MakePattern("", {{1, 3}, {0, 4}});
+    a = MakePattern("A", {{1, 10}});
+    AddReference(a, {.id = sub, .scale = 4});
+    AddTransition(a, 1, 8);
+    ASSERT_EQ(select(a, 11, 11), SEL_PULSE);
+    enter(EDIT_DURATION, "24");
+    EXPECT_EQ(frame(), std::to_string(sub) + "/1 34-50");
+}
+
 TEST_F(DurationField, EnterWalksOverAPulseOfOneUnit) {
     // One beyond the end is the item behind it; that is meant.
     a = MakePattern("A", {{1, 10}, {0, 1}, {1, 30}});

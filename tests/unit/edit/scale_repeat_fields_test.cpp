@@ -97,6 +97,17 @@ TEST_F(ScaleField, ACountHas16Bits) {
     }
 }
 
+TEST_F(ScaleField, WhatIs1In16BitsWrapsNothing) {
+    bit();
+    for (uint16_t field : {EDIT_SCALE, EDIT_REPEAT}) {
+        for (const char *typed : {"65536", "65537"}) {
+            ASSERT_EQ(select(a, 5, 25), SEL_SPAN);
+            leave(field, typed);
+            EXPECT_EQ(StoreText(), before) << field << " " << typed;
+        }
+    }
+}
+
 TEST_F(ScaleField, ScaleOfAWholePatternWrapsIt) {
     a = MakePattern("A", {{1, 10}, {0, 20}});
     PatternFromId(a)->delay = 7;
