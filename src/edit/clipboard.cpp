@@ -56,7 +56,7 @@ void RemoveSelection(Pattern *pattern) {
             DeleteRange(pattern, LocalTime(frame.start), LocalTime(frame.end));
         break;
     case SEL_WHOLE:
-        if (pattern->duration > 0) DeleteRange(pattern, 0, pattern->duration);
+        DeleteRange(pattern, 0, pattern->duration);
         break;
     default:
         break;

@@ -162,7 +162,7 @@ void FillEditDialog(const char *title) {
     FillField(EDIT_REPEAT, RepeatText());
     FillStates();
     EnableEditItem(EDIT_FOREVER, EditDialog.ForeverAllowed);
-    CheckForever(SelectionHasRepeat() && SelectedRepeat() == REPEAT_FOREVER);
+    CheckForever(SelectedRepeat() == REPEAT_FOREVER);
     GiveFocus();
     filling = false;
 }

@@ -79,9 +79,7 @@ void ScrollToFrame() {
     TimeVal middle = TimeMidpoint(frame.start, frame.end);
     TimeVal right = TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth));
     if (EditSelection.SelKind == SEL_NONE || middle <= right) return;
-    DrawOverlay(false);
     ScrollTimeTo(middle, false);
-    DrawOverlay(true);
 }
 
 void CommitDuration(const Edited &edited, const char *text, int enter) {
@@ -203,7 +201,6 @@ uint32_t RepeatTimes(uint32_t repeat, uint32_t times) {
 
 // Where a stretch of that length ends when it is repeated.
 TimeVal RepeatedEnd(const Edited &edited, uint32_t repeat) {
-    if (repeat == REPEAT_FOREVER) return TIME_FOREVER;
     return TimeAdd(edited.start, TimeMul(edited.end - edited.start, repeat));
 }
 

@@ -36,7 +36,7 @@ PasteMapRecord PasteMap;
 
 Pattern *Target() {
     uint16_t id = PasteMap.PasteNew[PasteMap.PasteDepth];
-    return PasteMap.PasteDepth > 0 && PatternInUse(id) ? PatternFromId(id) : nullptr;
+    return PatternInUse(id) ? PatternFromId(id) : nullptr;
 }
 
 uint16_t PlaceInTarget(const Pattern *target, const LogRecord &record) {
@@ -67,11 +67,11 @@ bool NameFits(const std::string &name) {
     return name.size() < NAME_SIZE && !FindPattern(name.c_str());
 }
 
-// A nested pattern is as wide as what it is nested in: a file does not tell its width, and writes its values
-// by it. The clipboard may stem from a wave of another width, where a plain delete came after the cut.
+// An unnamed pattern is as wide as what it is nested in: a file does not tell its width, and writes its
+// values by it. The clipboard may stem from a wave of another width, where a plain delete came after the cut.
 uint32_t WidthOf(const LogRecord &record) {
     const Pattern *target = Target();
-    return record.name.empty() && target ? target->width : record.width;
+    return target ? target->width : record.width;
 }
 
 int PastePattern(const LogRecord &record) {
@@ -98,7 +98,7 @@ bool MayBeShared(uint16_t id) {
     const uint16_t *first = PasteMap.PasteNew.data() + 2;
     const uint16_t *last = PasteMap.PasteNew.data() + PasteMap.PasteDepth + 1;
     bool inProgress = first < last && std::find(first, last, id) != last;
-    return id != 0 && PatternInUse(id) && PatternFromId(id)->nameLength != 0 && !inProgress;
+    return PatternInUse(id) && PatternFromId(id)->nameLength != 0 && !inProgress;
 }
 
 int PasteReference(const LogRecord &record) {
@@ -162,7 +162,6 @@ int CheckDepth(uint16_t id, GoodDepths &good) {
 // 1 if references follow one another too far: around in a circle, or through 20 patterns.
 int CheckNesting(uint16_t id) {
     GoodDepths good = {};
-    ClipRecursion = 0;
     return CheckDepth(id, good);
 }
 
@@ -191,10 +190,11 @@ uint16_t RemoveOverwritten(Pattern *pattern) {
         return static_cast<uint16_t>(frame.item + (EditSelection.SelOffset != 0 ? 1 : 0));
     case SEL_PULSE:
     case SEL_PATTERN:
+        // Of a reference, too: what it alone owned stays for the undo, with nothing that refers to it.
         if (frame.item < pattern->itemCount) DeleteItem(pattern, frame.item);
         return frame.item;
     case SEL_WHOLE:
-        if (pattern->duration > 0) DeleteRange(pattern, 0, pattern->duration);
+        DeleteRange(pattern, 0, pattern->duration);
         return frame.item;
     default:
         return frame.item;
@@ -239,8 +239,7 @@ void PasteBegin(uint16_t patternId, uint16_t index) {
 uint16_t PasteEnd() {
     for (; PasteMap.PasteDepth > 1; PasteMap.PasteDepth--) {
         uint16_t id = PasteMap.PasteNew[PasteMap.PasteDepth];
-        if (PatternInUse(id) && PatternFromId(id)->nameLength == 0 && !IsPatternReferenced(id))
-            RemoveWithItems(id);
+        if (PatternInUse(id) && PatternFromId(id)->nameLength == 0) RemoveWithItems(id);
     }
     PasteMap.PasteDepth = 0;
     return PasteMap.PasteIndex;

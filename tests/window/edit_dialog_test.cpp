@@ -18,6 +18,24 @@ protected:
     bool focusIs(int id) const {
         return WaitFor([&] { return editor->focus() == control(id); }, 10);
     }
+    // The middle of a row of the list of states, on the screen.
+    POINT stateAt(int row) const {
+        HWND list = control(EDIT_STATES);
+        RECT place = {};
+        SendMessageA(list, LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+        POINT middle = {20, (place.top + place.bottom) / 2};
+        ClientToScreen(list, &middle);
+        return middle;
+    }
+    void clickState(int row) const {
+        POINT place = stateAt(row);
+        ClickAt(place.x, place.y);
+    }
+    void doubleClickState(int row) const {
+        clickState(row);
+        PressButton(true);
+        PressButton(false);
+    }
     static constexpr int A = 0, B = 1, C = 2;
 };
 
@@ -135,12 +153,8 @@ TEST_F(EditDialogWindow, ValueOfASpan) {
 TEST_F(EditDialogWindow, StatesArePickedFromTheList) {
     clickAt(A, 150);
     ASSERT_TRUE(titleBecomes("Selected Bit Pulse = Low"));
-    HWND list = control(EDIT_STATES);
-    EXPECT_EQ(SendMessageA(list, LB_GETCURSEL, 0, 0), 0);
-    RECT row = {};
-    SendMessageA(list, LB_GETITEMRECT, 2, reinterpret_cast<LPARAM>(&row));
-    RECT place = PlaceOf(list);
-    ClickAt(place.left + 20, place.top + (row.top + row.bottom) / 2 + 2);
+    EXPECT_EQ(SendMessageA(control(EDIT_STATES), LB_GETCURSEL, 0, 0), 0);
+    clickState(2);
     EXPECT_TRUE(titleBecomes("Selected Bit Pulse = " + states()[2]));
     EXPECT_TRUE(focusIs(EDIT_STATES));
     // The arrow keys go through the list, and stay in it.
@@ -163,6 +177,142 @@ TEST_F(EditDialogWindow, ScaleAndRepeatOfASpanAndOfAReference) {
     EXPECT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectEnd == 60 + 2 * 3 * 240; }));
     EXPECT_TRUE(fieldBecomes(EDIT_SCALE, "3"));
     editor->shoot("edit-dialog-reference", edit.window);
+    EXPECT_EQ(saved("A"), "1 60(1 40 0 200)*3 #2 1 100");
+}
+
+TEST_F(EditDialogWindow, ADoubleClickOnAStateWalksOn) {
+    clickAt(A, 50);
+    ASSERT_TRUE(titleBecomes("Selected Bit Pulse = High"));
+    clickState(2);
+    ASSERT_TRUE(titleBecomes("Selected Bit Pulse = " + states()[2]));
+    EXPECT_EQ(selection().SelFrames[0].item, 0) << "one click stays on the item";
+    doubleClickState(3);
+    ASSERT_TRUE(titleBecomes("Selected Bit Pulse = Low")) << "on to the next item";
+    EXPECT_EQ(selection().SelFrames[0].item, 1);
+    EXPECT_EQ(saved("A"), "3 100 0 200 1 100");
+}
+
+TEST_F(EditDialogWindow, AStateOfASpanAndOfAWholeWave) {
+    dragOver(A, 40, 160);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    clickState(3);
+    ASSERT_TRUE(titleBecomes("Selected Bit Pulse = " + states()[3]));
+    EXPECT_EQ(saved("A"), "1 40 3 120 0 140 1 100");
+    dragOver(A, 0, 400);
+    ASSERT_TRUE(titleBecomes("Selected Entire Pattern A"));
+    clickState(0);
+    ASSERT_TRUE(titleBecomes("Selected Bit Pulse = Low"));
+    EXPECT_EQ(saved("A"), "0 400");
+}
+
+TEST_F(EditDialogWindow, AValueByLeavingStays) {
+    clickAt(B, 150);
+    ASSERT_TRUE(titleBecomes("Selected Bus Pulse = 22"));
+    typeInto(EDIT_VALUE, "1C5");
+    edit.click(EDIT_DURATION);
+    EXPECT_TRUE(titleBecomes("Selected Bus Pulse = C5")) << "as far as the bus is wide";
+    EXPECT_TRUE(focusIs(EDIT_VALUE)) << "the field keeps the keyboard";
+    EXPECT_EQ(saved("B[7:0]"), "11 100 c5 200 33 100");
+}
+
+TEST_F(EditDialogWindow, ValueOfAWholeBus) {
+    dragOver(B, 0, 400);
+    ASSERT_TRUE(titleBecomes("Selected Entire Pattern B[7:0]"));
+    EXPECT_EQ(edit.text(EDIT_VALUE), "");
+    ASSERT_TRUE(focusIs(EDIT_VALUE));
+    typeText("7f");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(titleBecomes("Selected Bus Pulse = 7F"));
+    EXPECT_EQ(saved("B[7:0]"), "7f 400");
+}
+
+TEST_F(EditDialogWindow, ADurationIsAtLeastOneUnit) {
+    clickAt(A, 150);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    typeInto(EDIT_DURATION, "0");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(becomes([](const WaveViewRecord &now) { return now.SelectStart == 101; }));
+    EXPECT_EQ(saved("A"), "1 100 0 1 1 100");
+}
+
+TEST_F(EditDialogWindow, RepeatOfASpanByEnterAndByLeaving) {
+    dragOver(A, 100, 400);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    typeInto(EDIT_REPEAT, "2");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    dragOver(B, 100, 400);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    typeInto(EDIT_REPEAT, "3");
+    edit.click(EDIT_SCALE);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    EXPECT_TRUE(fieldBecomes(EDIT_REPEAT, "3"));
+    EXPECT_EQ(saved("A"), "1 100(0 200 1 100)#2");
+    EXPECT_EQ(saved("B[7:0]"), "11 100(22 200 33 100)#3");
+}
+
+TEST_F(EditDialogWindow, ScaleOfASpanByEnterAndByLeaving) {
+    dragOver(A, 100, 400);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    typeInto(EDIT_SCALE, "2");
+    PressKey(VK_RETURN);
+    // The old stretch is selected, which lies within the first scaled item now.
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    dragOver(B, 100, 400);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    typeInto(EDIT_SCALE, "3");
+    edit.click(EDIT_REPEAT);
+    ASSERT_TRUE(titleBecomes("Selected Bus Pulse = 22"));
+    EXPECT_EQ(saved("A"), "1 100(0 200 1 100)*2");
+    EXPECT_EQ(saved("B[7:0]"), "11 100(22 200 33 100)*3");
+}
+
+TEST_F(EditDialogWindow, ScaleAndRepeatOfAWholeWave) {
+    dragOver(A, 0, 400);
+    ASSERT_TRUE(titleBecomes("Selected Entire Pattern A"));
+    ASSERT_TRUE(focusIs(EDIT_REPEAT));
+    typeText("3");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    EXPECT_EQ(saved("A"), "(1 100 0 200 1 100)#3");
+    dragOver(B, 0, 400);
+    ASSERT_TRUE(titleBecomes("Selected Entire Pattern B[7:0]"));
+    typeInto(EDIT_SCALE, "2");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(isDone());
+    EXPECT_EQ(saved("B[7:0]"), "(11 100 22 200 33 100)*2");
+}
+
+TEST_F(EditDialogWindow, ScaleAndRepeat1DissolveAReference) {
+    dragOver(C, 100, 300);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    EXPECT_EQ(edit.text(EDIT_SCALE), "2");
+    EXPECT_EQ(edit.text(EDIT_REPEAT), "2");
+    typeInto(EDIT_REPEAT, "0");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(fieldBecomes(EDIT_REPEAT, "1"));
+    EXPECT_EQ(saved("C"), "1 100(1 20 0 30)*2 0 100");
+    dragOver(C, 100, 200);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    typeInto(EDIT_SCALE, "1");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    EXPECT_EQ(saved("C"), "1 120 0 130");
+}
+
+TEST_F(EditDialogWindow, AnEdgeHasNoFields) {
+    clickAt(A, 50);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    clickAt(A, 300);
+    ASSERT_TRUE(titleBecomes("Selected Edge in Pattern A"));
+    for (int id = EDIT_DURATION; id <= EDIT_FOREVER; ++id) {
+        EXPECT_FALSE(isEnabled(id)) << id;
+        if (id <= EDIT_REPEAT) {
+            EXPECT_FALSE(isEnabled(id + EDIT_LABEL)) << id;
+            EXPECT_EQ(edit.text(id), "") << id;
+        }
+    }
+    EXPECT_TRUE(states().empty());
 }
 
 TEST_F(EditDialogWindow, ForeverAtTheTailOnly) {
@@ -182,6 +332,21 @@ TEST_F(EditDialogWindow, ForeverAtTheTailOnly) {
     EXPECT_TRUE(WaitFor([&] { return isEnabled(EDIT_REPEAT) || selection().SelKind != SEL_PATTERN; }, 10));
     EXPECT_EQ(SendMessageA(control(EDIT_FOREVER), BM_GETCHECK, 0, 0), BST_UNCHECKED);
     EXPECT_EQ(saved("A"), "1 100 0 200 1 100") << "what is repeated once is no pattern any more";
+}
+
+TEST_F(EditDialogWindow, ForeverIsWritten) {
+    dragOver(A, 200, 400);
+    ASSERT_TRUE(kindBecomes(SEL_SPAN));
+    edit.click(EDIT_FOREVER);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    dragOver(B, 0, 400);
+    ASSERT_TRUE(titleBecomes("Selected Entire Pattern B[7:0]"));
+    typeInto(EDIT_REPEAT, "#");
+    PressKey(VK_RETURN);
+    ASSERT_TRUE(kindBecomes(SEL_PATTERN));
+    EXPECT_EQ(SendMessageA(control(EDIT_FOREVER), BM_GETCHECK, 0, 0), BST_CHECKED);
+    EXPECT_EQ(saved("A"), "1 100 0 100(0 100 1 100)##");
+    EXPECT_EQ(saved("B[7:0]"), "(11 100 22 200 33 100)##");
 }
 
 TEST_F(EditDialogWindow, TheKeysOfTheWavesWorkUntilTheFieldIsTaken) {

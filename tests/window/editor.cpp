@@ -279,9 +279,10 @@ bool Editor::painted() const {
 std::vector<Dialog> Editor::dialogs() const {
     std::vector<Dialog> found;
     for (HWND window : windows())
-        // In this order: one that is going is hidden before it loses its controls.
+        // In this order: one that is going is hidden before it loses its controls, and one that comes is
+        // shown when it has them.
         if (ClassOf(window) == "#32770" && !IsEditDialog(window) && IsWindowVisible(window) &&
-            IsWindowEnabled(window))
+            !IsEditDialog(window) && IsWindowEnabled(window))
             found.push_back({window});
     return found;
 }
@@ -455,12 +456,26 @@ void PressKey(WORD key, const std::vector<WORD> &with) {
     SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
 }
 
-void MoveMouse(int x, int y) {
+namespace {
+
+// Where the mouse was put last.
+POINT mousePlace = {};
+
+// The mouse at this place of the screen, with these buttons.
+INPUT MouseInput(POINT place, DWORD buttons) {
     INPUT input = {};
     input.type = INPUT_MOUSE;
-    input.mi.dx = (x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
-    input.mi.dy = (y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
-    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    input.mi.dx = (place.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
+    input.mi.dy = (place.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
+    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | buttons;
+    return input;
+}
+
+} // namespace
+
+void MoveMouse(int x, int y) {
+    mousePlace = {x, y};
+    INPUT input = MouseInput(mousePlace, 0);
     // A virtual display tells of a move only when it is asked for something, and may then take the pointer
     // back to where it was before.
     constexpr int STEADY = 4;
@@ -477,9 +492,8 @@ void MoveMouse(int x, int y) {
 }
 
 void PressButton(bool down) {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
+    // With the place, as the display may still take the pointer back to where it was before.
+    INPUT input = MouseInput(mousePlace, down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP);
     SendInput(1, &input, sizeof input);
 }
 

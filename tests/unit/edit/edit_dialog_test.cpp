@@ -101,6 +101,7 @@ TEST_F(EditDialogTest, ABusPulse) {
     ASSERT_EQ(select(a, 5, 5), SEL_PULSE);
     EXPECT_EQ(enabledControls(), (std::vector<int>{EDIT_DURATION, EDIT_VALUE}));
     EXPECT_EQ(text(EDIT_VALUE), "AB");
+    EXPECT_EQ(HeadlessEditDialog.stateSelected, -1);
     EXPECT_EQ(text(EDIT_DURATION), TimeFormat(10));
     EXPECT_EQ(focus(), EDIT_VALUE);
 }
@@ -127,6 +128,38 @@ TEST_F(EditDialogTest, AReferenceShowsItsScaleAndRepeat) {
     EXPECT_EQ(text(EDIT_REPEAT), "12");
     EXPECT_EQ(HeadlessEditDialog.title, "Selected Pattern $s");
     EXPECT_EQ(focus(), EDIT_REPEAT);
+}
+
+TEST_F(EditDialogTest, ASpanThatBeginsWithAReferenceHasScaleAndRepeat1) {
+    uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
+    uint16_t a = MakePattern("A", {{1, 10}});
+    AddReference(a, {.id = sub, .scale = 3, .repeat = 2});
+    AddTransition(a, 0, 8);
+    ASSERT_EQ(select(a, 10, 60), SEL_SPAN);
+    ASSERT_EQ(DeepestFrame().item, 1);
+    EXPECT_EQ(text(EDIT_SCALE), "1");
+    EXPECT_EQ(text(EDIT_REPEAT), "1");
+}
+
+TEST_F(EditDialogTest, AReferenceThatIsGoneHasScaleAndRepeat1) {
+    uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
+    uint16_t a = MakePattern("A", {{1, 10}});
+    AddReference(a, {.id = sub, .scale = 3, .repeat = 2});
+    ASSERT_EQ(select(a, 10, 52), SEL_PATTERN);
+    DeleteItem(PatternFromId(a), 1);
+    ShowSelection();
+    EXPECT_EQ(text(EDIT_SCALE), "1");
+    EXPECT_EQ(text(EDIT_REPEAT), "1");
+}
+
+TEST_F(EditDialogTest, TheGreatestRepeatThatEndsIsANumber) {
+    uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
+    uint16_t a = MakePattern("A", {{1, 10}});
+    AddReference(a, {.id = sub, .repeat = 65534});
+    ASSERT_EQ(select(a, 10, 10 + 7 * 65534), SEL_PATTERN);
+    EXPECT_EQ(text(EDIT_REPEAT), "65534");
+    EXPECT_TRUE(enabled(EDIT_REPEAT));
+    EXPECT_FALSE(HeadlessEditDialog.foreverChecked);
 }
 
 TEST_F(EditDialogTest, AChannelOfAComposite) {
@@ -175,6 +208,13 @@ TEST_F(EditDialogTest, ForeverIsForTheTailOfANode) {
     ASSERT_EQ(select(a, 20, 20), SEL_PULSE);
     EXPECT_FALSE(enabled(EDIT_FOREVER));
     EXPECT_FALSE(EditDialog.ForeverAllowed);
+}
+
+TEST_F(EditDialogTest, ForeverIsForTheTailOfADelayedNode) {
+    uint16_t a = MakePattern("A", ITEMS);
+    PatternFromId(a)->delay = 7;
+    ASSERT_EQ(select(a, 20, 67), SEL_SPAN);
+    EXPECT_TRUE(enabled(EDIT_FOREVER));
 }
 
 TEST_F(EditDialogTest, ForeverIsNotForSubPatterns) {
@@ -284,6 +324,14 @@ TEST_F(EditDialogTest, AnotherSelectionForgetsWhatWasTyped) {
     select(a, 15, 15);
     HeadlessFocus(0);
     EXPECT_EQ(items(a), "1:10 0:20 1:30");
+    // A field that both selections have is empty now, and that is not to be written either.
+    uint16_t b = MakePattern("B[7:0]", BUS_ITEMS);
+    select(b, 5, 5);
+    HeadlessType(EDIT_VALUE, "33");
+    ASSERT_EQ(select(b, 5, 25), SEL_SPAN);
+    ASSERT_EQ(focus(), EDIT_VALUE);
+    HeadlessFocus(0);
+    EXPECT_EQ(items(b), "171:10 2:20 3:30");
 }
 
 TEST_F(EditDialogTest, EscapePutsTheTextBack) {
@@ -295,6 +343,34 @@ TEST_F(EditDialogTest, EscapePutsTheTextBack) {
     EXPECT_EQ(focus(), EDIT_DURATION);
     HeadlessFocus(0);
     EXPECT_EQ(items(a), "1:10 0:20 1:30");
+}
+
+TEST_F(EditDialogTest, EscapeStaysInItsField) {
+    uint16_t a = MakePattern("A[7:0]", BUS_ITEMS);
+    select(a, 5, 5);
+    HeadlessType(EDIT_DURATION, "33");
+    EditFieldCancelled();
+    EXPECT_EQ(focus(), EDIT_DURATION) << "though the value would come first";
+}
+
+TEST_F(EditDialogTest, WhatNoFieldTakesIsForgottenToo) {
+    uint16_t a = MakePattern("A", ITEMS);
+    ASSERT_EQ(click(a, 10), SEL_EDGE);
+    EditDialog.ActiveField = EDIT_DURATION;
+    EditDialog.FieldDirty = true;
+    EditFieldEntered();
+    EXPECT_FALSE(EditDialog.FieldDirty);
+    EditDialog.FieldDirty = true;
+    EditFieldLeft(EDIT_DURATION);
+    EXPECT_FALSE(EditDialog.FieldDirty);
+    EXPECT_EQ(EditDialog.ActiveField, 0);
+}
+
+TEST_F(EditDialogTest, AFieldThatGetsTheFocusIsNeitherDirtyNorOffered) {
+    EditDialog.FieldDirty = EditDialog.offered = true;
+    EditFieldFocused(EDIT_SCALE);
+    EXPECT_FALSE(EditDialog.FieldDirty);
+    EXPECT_FALSE(EditDialog.offered);
 }
 
 TEST_F(EditDialogTest, EnterWithoutAnActiveFieldDoesNothing) {
@@ -344,10 +420,19 @@ TEST_F(EditDialogTest, ItIsMadeOnceAndThenBroughtToTheTop) {
     EXPECT_TRUE(HeadlessEditDialog.open);
     OpenEditDialog();
     EXPECT_EQ(HeadlessEditDialog.shown, 2);
-    EditDialog.ListedStates = 3;
+    select(MakePattern("A", ITEMS), 5, 5);
+    ASSERT_FALSE(HeadlessEditDialog.states.empty());
     HeadlessCloseEditDialog();
+    EditDialog.ActiveField = EDIT_SCALE;
+    EditDialog.FieldDirty = EditDialog.offered = true;
     OpenEditDialog();
     EXPECT_EQ(EditDialog.ListedStates, NO_STATES);
+    EXPECT_EQ(HeadlessEditDialog.states, Texts{});
+    EXPECT_EQ(EditDialog.ActiveField, 0);
+    EXPECT_FALSE(EditDialog.FieldDirty);
+    EXPECT_FALSE(EditDialog.offered);
+    InitEditDialog();
+    EXPECT_EQ(EditDialog.ListedStates, NO_STATES) << "from the start";
 }
 
 TEST_F(EditDialogTest, ClosedItShowsNothingAndEditsGoOn) {
