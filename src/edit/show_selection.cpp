@@ -68,7 +68,6 @@ bool CanMergeAny(const Pattern *pattern) {
 
 // The frame by which the selection goes through the pattern on its way down; null if it does not.
 SelFrame *PathThrough(uint16_t id) {
-    if (EditSelection.SelKind == SEL_NONE) return nullptr;
     for (uint16_t i = 0; i < EditSelection.SelDepth; i++)
         if (EditSelection.SelFrames[i].patternId == id) return &EditSelection.SelFrames[i];
     return nullptr;
