@@ -88,6 +88,24 @@ INSTANTIATE_TEST_SUITE_P(
                     Deletion{5, 20, {{1, 5}, {1, 10}}},
                     Deletion{12, 15, {{1, 10}, {0, 2}, {0, 5}, {1, 10}}}));
 
+TEST_F(RangeEdits, AnItemOfNoLengthAtTheEndOfTheStretchGoesWithIt) {
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 0}});
+    DeleteRange(pattern(id), 0, 10);
+    EXPECT_EQ(items(id), Transitions{});
+    id = MakePattern("b", {{1, 10}, {0, 0}, {1, 0}, {0, 10}});
+    DeleteRange(pattern(id), 0, 10);
+    EXPECT_EQ(items(id), (Transitions{{0, 10}}));
+    id = MakePattern("c", {{1, 10}, {0, 0}, {0, 10}});
+    DeleteRange(pattern(id), 5, 10);
+    EXPECT_EQ(items(id), (Transitions{{1, 5}, {0, 10}}));
+}
+
+TEST_F(RangeEdits, AnItemOfNoLengthAtTheStartOfTheStretchStays) {
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 0}, {0, 10}});
+    DeleteRange(pattern(id), 10, 15);
+    EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 0}, {0, 5}}));
+}
+
 TEST_F(RangeEdits, AReferenceInsideTheStretchGoesWithWhatItOwns) {
     uint16_t owned = MakePattern("", {{1, 5}});
     uint16_t named = MakePattern("$n", {{1, 5}});
