@@ -147,7 +147,6 @@ Pattern *DeleteRange(Pattern *pattern, TimeVal from, TimeVal to) {
     }
     while (place.start > from) {
         RemoveItem(pattern, place.index);
-        if (place.index == 0) return pattern;
         place.moveDown();
     }
     if (place.start < from) {

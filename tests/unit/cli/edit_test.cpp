@@ -92,6 +92,9 @@ TEST_F(Edit, HideTakesTheRowAwayAndTheSelectionWithIt) {
     dump = Json::parse(printed("hide v\nundo\ndump\n"));
     EXPECT_EQ(dump["rows"], (Json{"w", "v", "B[3:0]", "$p", "c"}));
     notEnabled("hide v\n", {"hide v", "hide x"});
+    // That row alone, whatever was highlighted.
+    dump = Json::parse(printed("query\nselect v 5 5\nhide w\ndump\n"));
+    EXPECT_EQ(dump["rows"], (Json{"v", "B[3:0]", "$p", "c"}));
 }
 
 // --- the view -------------------------------------------------------------------------------------

@@ -1,4 +1,5 @@
 // Which lines of a script are understood, whether or not they are enabled.
+#include "display/wave_view.h"
 #include "headless/edit_script.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
@@ -58,6 +59,11 @@ TEST_F(ScriptLineTest, AnUnknownWordOrAWrongArgumentIsNotUnderstood) {
                                  "left -1",
                                  "state",
                                  "state x",
+                                 "state 1 2",
+                                 "left 1 2",
+                                 "hide w v",
+                                 "remove w v",
+                                 "insert w v",
                                  "state -1",
                                  "forever",
                                  "forever ON",
@@ -89,6 +95,16 @@ TEST_F(ScriptLineTest, NumbersAreTakenUpToTheirLimits) {
           "scale 00", "scale -026", "new a in", "new $a", "forever off"}) {
         EXPECT_NE(play(line), ScriptOutcome::NotUnderstood) << line;
     }
+}
+
+TEST_F(ScriptLineTest, TheViewBeginsInsideTheSpan) {
+    EXPECT_EQ(play("left 3"), ScriptOutcome::Done);
+    EXPECT_EQ(WaveView.ViewLeft, 3U);
+    EXPECT_EQ(play("left 4294967295"), ScriptOutcome::Done);
+    EXPECT_EQ(WaveView.ViewLeft, WaveView.SpanEnd);
+    EXPECT_NE(WaveView.SpanEnd, TIME_FOREVER);
+    EXPECT_EQ(play("scale -26"), ScriptOutcome::Done);
+    EXPECT_EQ(WaveView.Scale, -26);
 }
 
 } // namespace

@@ -48,6 +48,12 @@ TEST_F(RangeEdits, ALengthIsTheTargetsTimesScaleTimesRepeatModulo32Bits) {
     EXPECT_EQ(ItemLength(a->item(3)), static_cast<uint32_t>(7ULL * 65535 * 65534));
 }
 
+TEST_F(RangeEdits, AReferenceToNothingHasNoLength) {
+    uint16_t id = MakePattern("a");
+    AddReference(id, {.id = 3000});
+    EXPECT_EQ(ItemLength(PatternFromId(id)->item(0)), 0U);
+}
+
 TEST_F(RangeEdits, TheNextValueOfABitIsTheOtherLevel) {
     const Pattern *bit = pattern(MakePattern("a"));
     EXPECT_EQ(NextValue(bit, 0), 1U);
@@ -59,6 +65,7 @@ TEST_F(RangeEdits, TheNextValueOfABusIsMasked) {
     EXPECT_EQ(NextValue(pattern(MakePattern("b[7:0]")), 255), 0U);
     EXPECT_EQ(NextValue(pattern(MakePattern("b[7:0]")), 12), 13U);
     EXPECT_EQ(NextValue(pattern(MakePattern("c[31:0]")), 0xFFFFFFFF), 0U);
+    EXPECT_EQ(NextValue(pattern(MakePattern("d[30:0]")), 0x7FFFFFFF), 0U);
     EXPECT_EQ(NextValue(pattern(MakePattern("c[31:0]")), 0x7FFFFFFF), 0x80000000U);
 }
 
@@ -119,6 +126,18 @@ TEST_F(RangeEdits, AReferenceInsideTheStretchGoesWithWhatItOwns) {
     EXPECT_TRUE(PatternInUse(named));
 }
 
+TEST_F(RangeEdits, AReferenceGoesWholeOrNotAtAll) {
+    uint16_t sub = MakePattern("$s", {{1, 10}});
+    for (auto [from, to, left] :
+         {Deletion{5, 15, {{1, 5}, {0, 10}}}, Deletion{15, 25, {{1, 10}, {sub, 10}, {0, 5}}}}) {
+        uint16_t id = MakePattern("a", {{1, 10}});
+        AddReference(id, {.id = sub});
+        AddTransition(id, 0, 10);
+        DeleteRange(pattern(id), from, to);
+        EXPECT_EQ(items(id), left);
+    }
+}
+
 TEST_F(RangeEdits, CuttingToTheEndOfAnEndlessPatternRemovesTheForeverItemWhole) {
     uint16_t sub = MakePattern("$s", {{1, 5}});
     uint16_t id = MakePattern("a", threeTens);
@@ -136,11 +155,31 @@ TEST_F(RangeEdits, AForeverItemInAPatternWithADelayTakesNoMoreThanTheStretch) {
     EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 5}}));
 }
 
+TEST_F(RangeEdits, AnyStretchOfAnEndlessPatternReachesToItsEnd) {
+    for (bool valid : {true, false}) {
+        uint16_t sub = MakePattern("$s", {{1, 5}});
+        uint16_t id = MakePattern("a", threeTens);
+        AddReference(id, {.id = sub, .repeat = 65535});
+        Pattern *a = pattern(id);
+        if (!valid) {
+            a->duration = 0;
+            a->setDurationValid(false);
+        }
+        DeleteRange(a, 5, 15);
+        EXPECT_EQ(items(id), (Transitions{{1, 5}})) << valid;
+    }
+}
+
 TEST_F(RangeEdits, AForeverItemAloneLeavesWhatIsInFrontOfIt) {
     uint16_t sub = MakePattern("$s", {{1, 5}});
     uint16_t id = MakePattern("a", {{1, 10}});
     AddReference(id, {.id = sub, .repeat = 65535});
     DeleteRange(pattern(id), 10, TIME_FOREVER);
+    EXPECT_EQ(items(id), (Transitions{{1, 10}}));
+    // Its deletion is all that is recorded.
+    EXPECT_EQ(EditLog.rPtr, 24);
+    AddReference(id, {.id = sub, .repeat = 65535});
+    DeleteRange(pattern(id), 20, TIME_FOREVER);
     EXPECT_EQ(items(id), (Transitions{{1, 10}}));
 }
 
@@ -151,8 +190,8 @@ TEST_F(RangeEdits, AnEndlessLengthWithoutAForeverItemIsCutAsItStands) {
     AddReference(id, {.id = sub, .repeat = 3});
     AddTransition(id, 0xFFFF0000, 10);
     EXPECT_EQ(pattern(id)->duration, TIME_FOREVER);
-    DeleteRange(pattern(id), 0, TIME_FOREVER);
-    EXPECT_EQ(items(id), Transitions{});
+    DeleteRange(pattern(id), 0, ItemLength(PatternFromId(id)->item(0)));
+    EXPECT_EQ(items(id), (Transitions{{0xFFFF0000, 10}}));
 }
 
 TEST_F(RangeEdits, ItemsBeyondTheAxisAreCountedFromTheStart) {
@@ -206,6 +245,12 @@ TEST_F(RangeEdits, APulseWithoutLengthIsNone) {
     uint16_t id = MakePattern("a", {{1, 10}});
     SplitItem(pattern(id), 0, 2, 0, 1);
     EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, APulseAtTheEndLeavesAnItemOfNoLengthBehindIt) {
+    uint16_t id = MakePattern("a", {{1, 10}});
+    SplitItem(pattern(id), 0, 7, 3, 0);
+    EXPECT_EQ(items(id), (Transitions{{1, 7}, {0, 3}, {1, 0}}));
 }
 
 TEST_F(RangeEdits, APulseThatDoesNotFitIsNone) {
@@ -271,6 +316,30 @@ TEST_F(RangeEdits, AMoveOfLessThanAUnitChangesNothing) {
     MoveEdge(pattern(id), PatternFromId(id), 1, 0, 100, 109, 10, 0);
     MoveEdge(pattern(id), PatternFromId(id), 1, 0, 100, 91, 10, 0);
     EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, WithoutAUnitNothingMoves) {
+    uint16_t id = MakePattern("a", threeTens);
+    MoveEdge(pattern(id), PatternFromId(id), 1, 0, 10, 13, 0, 0);
+    EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, AnEdgeAtAReferenceMovesOnlyAwayFromIt) {
+    uint16_t sub = MakePattern("$s", {{1, 10}});
+    uint16_t id = MakePattern("a", {{0, 10}});
+    AddReference(id, {.id = sub});
+    AddTransition(id, 0, 10);
+    MoveEdge(pattern(id), PatternFromId(id), 0, 1, 10, 13, 1, 0);
+    MoveEdge(pattern(id), PatternFromId(id), 2, 0, 20, 17, 1, 0);
+    EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, TheValueBehindAnEdgeIsThatOneUnitLater) {
+    uint16_t sub = MakePattern("$s", {{0, 1}, {1, 10}});
+    uint16_t id = MakePattern("a", {{0, 10}});
+    AddReference(id, {.id = sub});
+    MoveEdge(pattern(id), PatternFromId(id), 0, 1, 10, 7, 1, 0);
+    EXPECT_EQ(items(id), (Transitions{{0, 7}, {1, 3}, {sub, 11}}));
 }
 
 TEST_F(RangeEdits, StepsAreTruncatedTowardZero) {

@@ -67,6 +67,35 @@ TEST_F(AuxLogTest, DamageEndsIt) {
     EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to read auxiliary log file ") + name}));
 }
 
+TEST_F(AuxLogTest, LengthsThatDoNotAgreeEndIt) {
+    EXPECT_EQ(replay(Entry("one") + Word(16) + Word(0) + Word(12)), 0);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to read auxiliary log file ") + name}));
+}
+
+TEST_F(AuxLogTest, AnEntryLongerThanAnyRecordEndsIt) {
+    EXPECT_EQ(replay(Word(300008) + std::string(300000, '\0') + Word(300008)), 0);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to read auxiliary log file ") + name}));
+}
+
+TEST_F(AuxLogTest, AWindowEndsOrBeginsAtThePosition) {
+    snprintf(name, sizeof name, "%s", scratch.write("clip", std::string(3000, 'x')).c_str());
+    AuxFile = {&handle, name};
+    EditLog.AuxPtr = 2000;
+    EXPECT_EQ(AuxFill(1), 1);
+    EXPECT_EQ(EditLog.AuxBase, 2000 - BufLen);
+    EXPECT_EQ(EditLog.AuxHeld, BufLen);
+    EXPECT_EQ(AuxFill(0), 1);
+    EXPECT_EQ(EditLog.AuxBase, 2000);
+    EXPECT_EQ(EditLog.AuxHeld, 1000);
+    EditLog.AuxPtr = 100;
+    EXPECT_EQ(AuxFill(1), 1);
+    EXPECT_EQ(EditLog.AuxBase, 0);
+    EXPECT_EQ(EditLog.AuxHeld, 100);
+    AuxClose();
+}
+
 TEST_F(AuxLogTest, AFileThatIsNotThereIsTold) {
     snprintf(name, sizeof name, "%s", scratch.file("nothing").c_str());
     AuxFile = {&handle, name};

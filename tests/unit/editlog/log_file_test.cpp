@@ -57,7 +57,10 @@ TEST_F(LogFileTest, ALogThatIsThereStaysOpen) {
 }
 
 TEST_F(LogFileTest, WithoutADocumentTheLogIsATemporaryFile) {
+    ASSERT_TRUE(LogOpenFile());
+    FileHandle before = EditLog.LogHandle;
     LogBindToDocument("");
+    CloseFile(before);
     EXPECT_EQ(EditLog.LogHandle, NO_FILE);
     EXPECT_TRUE(fs::path(EditLog.LogFileName).filename().string().starts_with("_KL"));
 }
