@@ -188,6 +188,13 @@ TEST_F(Edit, WithTheButtonDownOnlyItsOwnLinesAreEnabled) {
                 "repeat! 2",   "state 1",    "state! 1",     "forever on", "cut",        "copy",
                 "paste",       "delete",     "undo",         "redo",       "query",      "edit",
                 "insert $p",   "new n",      "remove c",     "goto 5"});
+    // Though the selection would take them.
+    notEnabled(
+        "select w 150 150\ncopy\npress w 180\nmove 190\n",
+        {"duration 5", "duration! 5", "state 0", "state! 0", "cut", "copy", "paste", "delete", "insert $p"});
+    notEnabled("select B[3:0] 15 15\npress B[3:0] 28\nmove 29\n", {"value 1", "value! 1"});
+    notEnabled("select v 60 60\ninsert $p\nselect v 60 70\npress v 69\nmove 68\n",
+               {"scaleby 2", "scaleby! 2", "repeat 2", "repeat! 2", "forever on"});
     std::string text = printed("press w 120\nmove 130\nstatus\nprompt\nscale 3\nleft 1\ndump\n");
     EXPECT_TRUE(text.starts_with("0 Nothing Selected\nSelect from 120 to 130 ps\t\n{")) << text;
     EXPECT_EQ(items("w"), AS_IT_WAS);

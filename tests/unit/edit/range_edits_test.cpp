@@ -334,6 +334,14 @@ TEST_F(RangeEdits, AnEdgeAtAReferenceMovesOnlyAwayFromIt) {
     EXPECT_FALSE(logged());
 }
 
+TEST_F(RangeEdits, AnEdgeAtAReferenceThatStaysMakesNoItem) {
+    uint16_t sub = MakePattern("$s", {{1, 10}});
+    uint16_t id = MakePattern("a", {{0, 10}});
+    AddReference(id, {.id = sub});
+    MoveEdge(pattern(id), PatternFromId(id), 0, 1, 10, 10, 1, 0);
+    EXPECT_FALSE(logged());
+}
+
 TEST_F(RangeEdits, TheValueBehindAnEdgeIsThatOneUnitLater) {
     uint16_t sub = MakePattern("$s", {{0, 1}, {1, 10}});
     uint16_t id = MakePattern("a", {{0, 10}});
@@ -409,6 +417,20 @@ TEST_F(RangeEdits, APatternGrowsByAlternatingLevels) {
     EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 5}}));
 }
 
+TEST_F(RangeEdits, APatternGrowsByTheLevelAfterThatOfTheTime) {
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 10}});
+    ExtendPattern(pattern(id), 9, 5);
+    EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 10}, {0, 5}}));
+}
+
+TEST_F(RangeEdits, WithoutRoomAPatternStaysAsItIs) {
+    uint16_t id = MakePattern("", {{1, 10}});
+    while (PatternFromId(id)->used() + 8 <= MAX_RECORD_SIZE) AddTransition(id, 0, 1);
+    std::string before = StoreText();
+    EXPECT_EQ(ExtendPattern(pattern(id), 5, 5), PatternFromId(id));
+    EXPECT_EQ(StoreText(), before);
+}
+
 TEST_F(RangeEdits, AnEmptyPatternGrowsToo) {
     uint16_t id = MakePattern("a");
     EXPECT_EQ(ExtendPattern(pattern(id), 0, 5), PatternFromId(id));
@@ -419,6 +441,12 @@ TEST_F(RangeEdits, AReplacedStretchJoinsItsNeighbours) {
     uint16_t id = MakePattern("a", threeTens);
     ReplaceRange(pattern(id), 10, 20, 1, 1);
     EXPECT_EQ(items(id), (Transitions{{1, 30}}));
+}
+
+TEST_F(RangeEdits, AReplacedStretchBehindTheLastItemIsAppended) {
+    uint16_t id = MakePattern("b[3:0]", {{1, 10}, {2, 10}, {3, 10}});
+    ReplaceRange(pattern(id), 20, 30, 7, 5);
+    EXPECT_EQ(items(id), (Transitions{{1, 10}, {2, 10}, {5, 10}}));
 }
 
 TEST_F(RangeEdits, AReplacedStretchOfAnotherValueStands) {
