@@ -137,7 +137,8 @@ Pattern *DeleteRange(Pattern *pattern, TimeVal from, TimeVal to) {
     if (pattern->itemCount == 0) return pattern;
     ItemPlace place(pattern);
     uint64_t behind = PlaceOfEnd(to);
-    while (behind <= place.start && place.index > 0) place.moveDown();
+    // An item of no length that stands at the end of the stretch goes with it.
+    while (behind <= place.start && behind < place.end && place.index > 0) place.moveDown();
     if (place.holds(behind) && IsData(pattern, place.index)) {
         Pattern *cut = CutItem(pattern, place, behind);
         if (!cut) return PatternFromId(pattern->id);
@@ -146,7 +147,6 @@ Pattern *DeleteRange(Pattern *pattern, TimeVal from, TimeVal to) {
     }
     while (place.start > from) {
         RemoveItem(pattern, place.index);
-        if (place.index == 0) return pattern;
         place.moveDown();
     }
     if (place.start < from) {

@@ -66,7 +66,8 @@ TEST_F(LogCommands, LogPrintsEveryKindWithItsFields) {
         LogItemRepeat(1, 5, 6, 65535);
         LogItemScale(1, 5, 6, 7);
         LogItemFormat(1, 5, 6, 7);
-        LogPatternParams(1, {static_cast<uint32_t>(-3), 50, 1, 2, 3, 4}, {5, 60, 6, 7, 8, 9});
+        LogPatternParams(1, {static_cast<uint32_t>(-3), 50, 1, 2, 3, 4},
+                         {static_cast<uint32_t>(-5), 60, 6, 7, 8, 9});
         LogRename(1, "", "N\"\\\xE4\t");
         LogTiming(48, 37, 1, 2, 34464, 4);
         LogTransition(0, 1, 2, 4294967295, 3);
@@ -89,7 +90,7 @@ TEST_F(LogCommands, LogPrintsEveryKindWithItsFields) {
         "72 RecItemRepeat pattern=1 old=6 new=65535 item=5\n"
         "92 RecItemScale pattern=1 old=6 new=7 item=5\n"
         "112 RecItemFormat pattern=1 old=6 new=7 item=5\n"
-        "128 RecPatternParams pattern=1 oldPeriod=-3 newPeriod=5 oldDuty=50 newDuty=60 oldStateTable=1 "
+        "128 RecPatternParams pattern=1 oldPeriod=-3 newPeriod=-5 oldDuty=50 newDuty=60 oldStateTable=1 "
         "newStateTable=6 oldClock=2 newClock=7 oldFormat=3 newFormat=8 oldPinType=4 newPinType=9\n"
         "160 RecRename pattern=1 old=\"\" new=\"N\\\"\\\\\xC3\xA4\\t\"\n"
         "180 RecTiming oldUnit=48 oldClockMultiplier=1 newClockMultiplier=2 oldEndTime=34464 newEndTime=4 "

@@ -7,6 +7,7 @@
 #include "edit/selection.h"
 #include "edit/show_selection.h"
 #include "editlog/edit_log.h"
+#include "editlog/replay.h"
 #include "headless/headless.h"
 #include "shell/commands.h"
 #include "shell/mode_gestures.h"
@@ -459,6 +460,18 @@ TEST_F(Browsers, AddOfABusThatIsTooWideTellsSo) {
     EXPECT_EQ(state(), "");
     EXPECT_EQ(EditLog.rPtr, 0);
     EXPECT_TRUE(AddNewWave("A[31:0]", 1));
+}
+
+TEST_F(Browsers, TheListsAreToldOfWhatIsAddedAndRemoved) {
+    static std::vector<std::string> told;
+    told.clear();
+    PatternListHook = [](const char *name) { told.emplace_back(name); };
+    AddNewWave("x", 1);
+    AddNewWave("x", NEW_WAVE_PATTERN);
+    const std::string names[] = {"x", "$x"};
+    RemovePatterns(names);
+    PatternListHook = nullptr;
+    EXPECT_EQ(told, (std::vector<std::string>{"x", "$x", "x", "$x"}));
 }
 
 TEST_F(Browsers, AddRefusesANameThatEndsInAFileBeforeItsEnd) {

@@ -48,6 +48,12 @@ TEST_F(RangeEdits, ALengthIsTheTargetsTimesScaleTimesRepeatModulo32Bits) {
     EXPECT_EQ(ItemLength(a->item(3)), static_cast<uint32_t>(7ULL * 65535 * 65534));
 }
 
+TEST_F(RangeEdits, AReferenceToNothingHasNoLength) {
+    uint16_t id = MakePattern("a");
+    AddReference(id, {.id = 3000});
+    EXPECT_EQ(ItemLength(PatternFromId(id)->item(0)), 0U);
+}
+
 TEST_F(RangeEdits, TheNextValueOfABitIsTheOtherLevel) {
     const Pattern *bit = pattern(MakePattern("a"));
     EXPECT_EQ(NextValue(bit, 0), 1U);
@@ -59,6 +65,7 @@ TEST_F(RangeEdits, TheNextValueOfABusIsMasked) {
     EXPECT_EQ(NextValue(pattern(MakePattern("b[7:0]")), 255), 0U);
     EXPECT_EQ(NextValue(pattern(MakePattern("b[7:0]")), 12), 13U);
     EXPECT_EQ(NextValue(pattern(MakePattern("c[31:0]")), 0xFFFFFFFF), 0U);
+    EXPECT_EQ(NextValue(pattern(MakePattern("d[30:0]")), 0x7FFFFFFF), 0U);
     EXPECT_EQ(NextValue(pattern(MakePattern("c[31:0]")), 0x7FFFFFFF), 0x80000000U);
 }
 
@@ -88,6 +95,24 @@ INSTANTIATE_TEST_SUITE_P(
                     Deletion{5, 20, {{1, 5}, {1, 10}}},
                     Deletion{12, 15, {{1, 10}, {0, 2}, {0, 5}, {1, 10}}}));
 
+TEST_F(RangeEdits, AnItemOfNoLengthAtTheEndOfTheStretchGoesWithIt) {
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 0}});
+    DeleteRange(pattern(id), 0, 10);
+    EXPECT_EQ(items(id), Transitions{});
+    id = MakePattern("b", {{1, 10}, {0, 0}, {1, 0}, {0, 10}});
+    DeleteRange(pattern(id), 0, 10);
+    EXPECT_EQ(items(id), (Transitions{{0, 10}}));
+    id = MakePattern("c", {{1, 10}, {0, 0}, {0, 10}});
+    DeleteRange(pattern(id), 5, 10);
+    EXPECT_EQ(items(id), (Transitions{{1, 5}, {0, 10}}));
+}
+
+TEST_F(RangeEdits, AnItemOfNoLengthAtTheStartOfTheStretchStays) {
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 0}, {0, 10}});
+    DeleteRange(pattern(id), 10, 15);
+    EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 0}, {0, 5}}));
+}
+
 TEST_F(RangeEdits, AReferenceInsideTheStretchGoesWithWhatItOwns) {
     uint16_t owned = MakePattern("", {{1, 5}});
     uint16_t named = MakePattern("$n", {{1, 5}});
@@ -99,6 +124,18 @@ TEST_F(RangeEdits, AReferenceInsideTheStretchGoesWithWhatItOwns) {
     EXPECT_EQ(items(id), (Transitions{{1, 5}, {0, 5}}));
     EXPECT_FALSE(PatternInUse(owned));
     EXPECT_TRUE(PatternInUse(named));
+}
+
+TEST_F(RangeEdits, AReferenceGoesWholeOrNotAtAll) {
+    uint16_t sub = MakePattern("$s", {{1, 10}});
+    for (auto [from, to, left] :
+         {Deletion{5, 15, {{1, 5}, {0, 10}}}, Deletion{15, 25, {{1, 10}, {sub, 10}, {0, 5}}}}) {
+        uint16_t id = MakePattern("a", {{1, 10}});
+        AddReference(id, {.id = sub});
+        AddTransition(id, 0, 10);
+        DeleteRange(pattern(id), from, to);
+        EXPECT_EQ(items(id), left);
+    }
 }
 
 TEST_F(RangeEdits, CuttingToTheEndOfAnEndlessPatternRemovesTheForeverItemWhole) {
@@ -118,11 +155,31 @@ TEST_F(RangeEdits, AForeverItemInAPatternWithADelayTakesNoMoreThanTheStretch) {
     EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 5}}));
 }
 
+TEST_F(RangeEdits, AnyStretchOfAnEndlessPatternReachesToItsEnd) {
+    for (bool valid : {true, false}) {
+        uint16_t sub = MakePattern("$s", {{1, 5}});
+        uint16_t id = MakePattern("a", threeTens);
+        AddReference(id, {.id = sub, .repeat = 65535});
+        Pattern *a = pattern(id);
+        if (!valid) {
+            a->duration = 0;
+            a->setDurationValid(false);
+        }
+        DeleteRange(a, 5, 15);
+        EXPECT_EQ(items(id), (Transitions{{1, 5}})) << valid;
+    }
+}
+
 TEST_F(RangeEdits, AForeverItemAloneLeavesWhatIsInFrontOfIt) {
     uint16_t sub = MakePattern("$s", {{1, 5}});
     uint16_t id = MakePattern("a", {{1, 10}});
     AddReference(id, {.id = sub, .repeat = 65535});
     DeleteRange(pattern(id), 10, TIME_FOREVER);
+    EXPECT_EQ(items(id), (Transitions{{1, 10}}));
+    // Its deletion is all that is recorded.
+    EXPECT_EQ(EditLog.rPtr, 24);
+    AddReference(id, {.id = sub, .repeat = 65535});
+    DeleteRange(pattern(id), 20, TIME_FOREVER);
     EXPECT_EQ(items(id), (Transitions{{1, 10}}));
 }
 
@@ -133,8 +190,8 @@ TEST_F(RangeEdits, AnEndlessLengthWithoutAForeverItemIsCutAsItStands) {
     AddReference(id, {.id = sub, .repeat = 3});
     AddTransition(id, 0xFFFF0000, 10);
     EXPECT_EQ(pattern(id)->duration, TIME_FOREVER);
-    DeleteRange(pattern(id), 0, TIME_FOREVER);
-    EXPECT_EQ(items(id), Transitions{});
+    DeleteRange(pattern(id), 0, ItemLength(PatternFromId(id)->item(0)));
+    EXPECT_EQ(items(id), (Transitions{{0xFFFF0000, 10}}));
 }
 
 TEST_F(RangeEdits, ItemsBeyondTheAxisAreCountedFromTheStart) {
@@ -188,6 +245,12 @@ TEST_F(RangeEdits, APulseWithoutLengthIsNone) {
     uint16_t id = MakePattern("a", {{1, 10}});
     SplitItem(pattern(id), 0, 2, 0, 1);
     EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, APulseAtTheEndLeavesAnItemOfNoLengthBehindIt) {
+    uint16_t id = MakePattern("a", {{1, 10}});
+    SplitItem(pattern(id), 0, 7, 3, 0);
+    EXPECT_EQ(items(id), (Transitions{{1, 7}, {0, 3}, {1, 0}}));
 }
 
 TEST_F(RangeEdits, APulseThatDoesNotFitIsNone) {
@@ -253,6 +316,38 @@ TEST_F(RangeEdits, AMoveOfLessThanAUnitChangesNothing) {
     MoveEdge(pattern(id), PatternFromId(id), 1, 0, 100, 109, 10, 0);
     MoveEdge(pattern(id), PatternFromId(id), 1, 0, 100, 91, 10, 0);
     EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, WithoutAUnitNothingMoves) {
+    uint16_t id = MakePattern("a", threeTens);
+    MoveEdge(pattern(id), PatternFromId(id), 1, 0, 10, 13, 0, 0);
+    EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, AnEdgeAtAReferenceMovesOnlyAwayFromIt) {
+    uint16_t sub = MakePattern("$s", {{1, 10}});
+    uint16_t id = MakePattern("a", {{0, 10}});
+    AddReference(id, {.id = sub});
+    AddTransition(id, 0, 10);
+    MoveEdge(pattern(id), PatternFromId(id), 0, 1, 10, 13, 1, 0);
+    MoveEdge(pattern(id), PatternFromId(id), 2, 0, 20, 17, 1, 0);
+    EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, AnEdgeAtAReferenceThatStaysMakesNoItem) {
+    uint16_t sub = MakePattern("$s", {{1, 10}});
+    uint16_t id = MakePattern("a", {{0, 10}});
+    AddReference(id, {.id = sub});
+    MoveEdge(pattern(id), PatternFromId(id), 0, 1, 10, 10, 1, 0);
+    EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, TheValueBehindAnEdgeIsThatOneUnitLater) {
+    uint16_t sub = MakePattern("$s", {{0, 1}, {1, 10}});
+    uint16_t id = MakePattern("a", {{0, 10}});
+    AddReference(id, {.id = sub});
+    MoveEdge(pattern(id), PatternFromId(id), 0, 1, 10, 7, 1, 0);
+    EXPECT_EQ(items(id), (Transitions{{0, 7}, {1, 3}, {sub, 11}}));
 }
 
 TEST_F(RangeEdits, StepsAreTruncatedTowardZero) {
@@ -322,6 +417,20 @@ TEST_F(RangeEdits, APatternGrowsByAlternatingLevels) {
     EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 5}}));
 }
 
+TEST_F(RangeEdits, APatternGrowsByTheLevelAfterThatOfTheTime) {
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 10}});
+    ExtendPattern(pattern(id), 9, 5);
+    EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 10}, {0, 5}}));
+}
+
+TEST_F(RangeEdits, WithoutRoomAPatternStaysAsItIs) {
+    uint16_t id = MakePattern("", {{1, 10}});
+    while (PatternFromId(id)->used() + 8 <= MAX_RECORD_SIZE) AddTransition(id, 0, 1);
+    std::string before = StoreText();
+    EXPECT_EQ(ExtendPattern(pattern(id), 5, 5), PatternFromId(id));
+    EXPECT_EQ(StoreText(), before);
+}
+
 TEST_F(RangeEdits, AnEmptyPatternGrowsToo) {
     uint16_t id = MakePattern("a");
     EXPECT_EQ(ExtendPattern(pattern(id), 0, 5), PatternFromId(id));
@@ -332,6 +441,12 @@ TEST_F(RangeEdits, AReplacedStretchJoinsItsNeighbours) {
     uint16_t id = MakePattern("a", threeTens);
     ReplaceRange(pattern(id), 10, 20, 1, 1);
     EXPECT_EQ(items(id), (Transitions{{1, 30}}));
+}
+
+TEST_F(RangeEdits, AReplacedStretchBehindTheLastItemIsAppended) {
+    uint16_t id = MakePattern("b[3:0]", {{1, 10}, {2, 10}, {3, 10}});
+    ReplaceRange(pattern(id), 20, 30, 7, 5);
+    EXPECT_EQ(items(id), (Transitions{{1, 10}, {2, 10}, {5, 10}}));
 }
 
 TEST_F(RangeEdits, AReplacedStretchOfAnotherValueStands) {

@@ -66,6 +66,42 @@ TEST_F(Wrappers, ItemsAreCutAtBothEnds) {
     EXPECT_EQ(items(wrapper), (Texts{"1:5", "0:10", "1:5"}));
 }
 
+TEST_F(Wrappers, AnItemCutOnBothSidesGoesInWithoutItsFrontCut) {
+    uint16_t id = MakePattern("a", {{1, 30}});
+    WrapRange(pattern(id), 10, 20, 1, 1);
+    uint16_t wrapper = targetOf(id, 1);
+    EXPECT_EQ(items(id), (Texts{"1:10", use(wrapper), "1:10"}));
+    EXPECT_EQ(items(wrapper), (Texts{"1:20"}));
+}
+
+TEST_F(Wrappers, AReferenceThatBeginsBeforeTheStretchStaysWhereItIs) {
+    uint16_t named = MakePattern("$n", {{0, 10}});
+    uint16_t id = MakePattern("a", {{1, 10}});
+    AddReference(id, {.id = named});
+    AddTransition(id, 0, 10);
+    WrapRange(pattern(id), 15, 30, 1, 2);
+    uint16_t wrapper = targetOf(id, 2);
+    EXPECT_EQ(items(id), (Texts{"1:10", use(named), use(wrapper, 2)}));
+    EXPECT_EQ(items(wrapper), (Texts{"0:10"}));
+}
+
+TEST_F(Wrappers, WithoutRoomForTheCutsAndTheReferenceNothingIsWrapped) {
+    uint16_t id = MakePattern("", {{1, 10}});
+    while (PatternFromId(id)->used() + 8 <= MAX_RECORD_SIZE - 8) AddTransition(id, 0, 1);
+    std::string before = StoreText();
+    WrapRange(pattern(id), 2, 5, 1, 2);
+    EXPECT_EQ(StoreText(), before);
+}
+
+TEST_F(Wrappers, AReferenceToNothingIsDeletedAndLeftAloneByATidying) {
+    uint16_t id = MakePattern("a", {{1, 10}});
+    AddReference(id, {.id = 3000});
+    EXPECT_EQ(FlattenPattern(PatternFromId(id)), 0);
+    EXPECT_EQ(items(id), (Texts{"1:10", use(3000)}));
+    DeleteReference(PatternFromId(id), 1);
+    EXPECT_EQ(items(id), (Texts{"1:10"}));
+}
+
 TEST_F(Wrappers, TheWholePatternIsWrapped) {
     uint16_t id = MakePattern("a", threeTens);
     WrapRange(pattern(id), 0, 30, 2, 1);
@@ -261,6 +297,16 @@ TEST_F(Wrappers, AnEmptyUnnamedPatternInUseStays) {
     AddReference(id, {.id = inner});
     EXPECT_EQ(FlattenPattern(pattern(inner)), 0);
     EXPECT_TRUE(PatternInUse(inner));
+}
+
+TEST_F(Wrappers, LevelsOfACompositeStayApart) {
+    uint16_t high = MakePattern("$h", {{1, 3}});
+    uint16_t id = MakePattern("$c", {}, 3);
+    AddReference(id, {.id = high}, PatternKind::Composite);
+    AddTransition(id, 1, 5);
+    AddTransition(id, 1, 5);
+    FlattenPattern(pattern(id));
+    EXPECT_EQ(items(id), (Texts{use(high), "1:5", "1:5"}));
 }
 
 TEST_F(Wrappers, TheMembersOfACompositeStayApart) {

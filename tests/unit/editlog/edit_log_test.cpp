@@ -84,6 +84,15 @@ TEST_F(EditLogTest, JoiningGoesOnWithTheLastAction) {
     EXPECT_EQ(replayed(), (Texts{"-two", "-one"}));
 }
 
+TEST_F(EditLogTest, JoiningStepsBackOverTheMarkAlone) {
+    action("one");
+    LogJoinAction();
+    EXPECT_EQ(EditLog.rPtr, 12);
+    EXPECT_EQ(EditLog.rEofPtr, 16);
+    LogJoinAction();
+    EXPECT_EQ(EditLog.rPtr, 12);
+}
+
 TEST_F(EditLogTest, JoiningAnEmptyLogChangesNothing) {
     LogJoinAction();
     EXPECT_EQ(EditLog.rPtr, 0);
@@ -104,6 +113,35 @@ TEST_F(EditLogTest, ARecordLongerThanTheWindowIsHeldAndReadBack) {
     EXPECT_EQ(Headless.programErrors, (Texts{"LogFlush rEofPtr > BufLen"}));
 }
 
+TEST_F(EditLogTest, AFlushTellsOfMoreThanTheWindowAndOfNothing) {
+    record("x", BufLen - 8);
+    LogFlush();
+    EXPECT_EQ(Headless.programErrors, Texts{});
+    LogCloseFile();
+    LogFlush();
+    EXPECT_EQ(Headless.programErrors, Texts{});
+    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
+    EditLog.Dirty = 1;
+    LogFlush();
+    EXPECT_EQ(Headless.programErrors, (Texts{"LogFlush rEofPtr == 0"}));
+    EXPECT_EQ(EditLog.Dirty, 0);
+    // An end in front of the window is not told of, and writes nothing.
+    EditLog.Dirty = 1;
+    EditLog.rEofPtr -= 4;
+    LogFlush();
+    EXPECT_EQ(Headless.programErrors.size(), 1U);
+    EXPECT_EQ(EditLog.rBase, EditLog.rEofPtr);
+    EXPECT_EQ(file().size(), static_cast<size_t>(BufLen));
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+TEST_F(EditLogTest, PaddingBeginsAsZeros) {
+    memset(EditLog.Buffer, 0xFF, sizeof EditLog.Buffer);
+    InitEditLog();
+    const uint8_t *payload = LogAppend(1);
+    EXPECT_EQ(LogWordAt(payload), 0U);
+}
+
 TEST_F(EditLogTest, ARecordBeyondEveryBoundIsNotTaken) {
     EXPECT_EQ(LogAppend(MAX_ENTRY), nullptr);
     EXPECT_EQ(LogAppend(0xFFFFFFFF), nullptr);
@@ -111,8 +149,11 @@ TEST_F(EditLogTest, ARecordBeyondEveryBoundIsNotTaken) {
 }
 
 TEST_F(EditLogTest, NearTheLimitOfPositionsNothingMoreIsRecorded) {
-    EditLog.rPtr = EditLog.rEofPtr = EditLog.rBase = INT32_MAX - 1024;
+    EditLog.rPtr = EditLog.rBase = INT32_MAX - 1024;
+    EditLog.rEofPtr = INT32_MAX - 512;
     EXPECT_EQ(LogAppend(16), nullptr);
+    // What could be redone does not fit the document any more.
+    EXPECT_EQ(EditLog.rEofPtr, INT32_MAX - 1024);
     EXPECT_EQ(Headless.userErrors, (Texts{"Failed to write log file " + path}));
     EXPECT_EQ(EditLog.rPtr, INT32_MAX - 1024);
 }
@@ -186,6 +227,39 @@ TEST_F(EditLogTest, AnOpenActionIsRolledBackAndForgotten) {
     EXPECT_EQ(replayed(), Texts{});
 }
 
+TEST_F(EditLogTest, RedoRollsAnOpenActionBackFirst) {
+    action("one");
+    record("open");
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-open"}));
+    EXPECT_EQ(EditLog.rPtr, 16);
+}
+
+TEST_F(EditLogTest, APayloadIsReplayedWithItsPaddingAndNoMore) {
+    static std::vector<size_t> sizes;
+    sizes.clear();
+    ExecuteLogHook = [](std::span<const uint8_t> payload, int, int32_t, int32_t, int) {
+        sizes.push_back(payload.size());
+        return 1;
+    };
+    action("one", 5);
+    LogUndo();
+    LogRedo();
+    EXPECT_EQ(sizes, (std::vector<size_t>{8, 8}));
+}
+
+TEST_F(EditLogTest, AFlushBehindAnUndoLeavesTheWindowBehindTheEnd) {
+    action("one");
+    action("two");
+    LogUndo();
+    LogFlush();
+    EXPECT_EQ(EditLog.rBase, 32);
+    action("new");
+    EXPECT_EQ(EditLog.rBase, 16);
+    LogFlush();
+    EXPECT_EQ(file(), Entry("one") + MARK + Entry("new") + MARK);
+}
+
 TEST_F(EditLogTest, UndoOfAnOpenActionUndoesTheOneBeforeToo) {
     action("one");
     record("open");
@@ -229,6 +303,13 @@ TEST_F(EditLogTest, ARedoMovesTheWindowOnWithEachRecordAndReadsOnlyWhatItLacks) 
     }
     EXPECT_EQ(Notes.size(), 40U);
     EXPECT_EQ(Notes.back().text, "39");
+}
+
+TEST_F(EditLogTest, ARedoAt128BytesIntoTheWindowLeavesItWhereItIs) {
+    for (int i = 0; i < 8; i++) action(std::to_string(i), 20); // 32 bytes each
+    for (int i = 0; i < 7; i++) LogUndo();
+    for (int i = 0; i < 4; i++) LogRedo(); // the last begins at 128
+    EXPECT_EQ(file(), "");
 }
 
 TEST_F(EditLogTest, LongLogsAreWalkedAcrossManyWindows) {
@@ -308,6 +389,15 @@ TEST_F(EditLogTest, OnlyWhatTheLastRedoRefusedIsCutOff) {
     EXPECT_FALSE(LogCutRefused());
 }
 
+TEST_F(EditLogTest, TheFirstRecordOfTheLogCanBeCutOff) {
+    installFile(Entry("bad") + MARK, false);
+    RefusedText = "bad";
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_TRUE(LogCutRefused());
+    EXPECT_EQ(EditLog.rPtr, 0);
+    EXPECT_EQ(EditLog.rEofPtr, 0);
+}
+
 TEST_F(EditLogTest, ARedoFarIntoTheWindowWritesFirstWhatTheFileLacks) {
     for (int i = 0; i < 10; i++) action(std::to_string(i), 12); // 24 bytes each
     for (int i = 0; i < 9; i++) LogUndo();
@@ -342,13 +432,48 @@ TEST_F(EditLogTest, AFileThatCannotBeOpenedForReadingStopsTheUndoAndTheLogGoesOn
     EXPECT_EQ(replayed(), (Texts{"-two"}));
 }
 
+TEST_F(EditLogTest, TheRecordWhereTheWindowBeginsIsReadAnewFromTheFile) {
+    action("one");
+    fs::remove(path);
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to open log file " + path}));
+    // Without a file the memory serves. The mark was stepped over, so what follows joins the action.
+    action("two");
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two", "-one"}));
+}
+
+TEST_F(EditLogTest, AFileThatIsEmptiedInTheMidstOfAnUndoStopsIt) {
+    action("one");
+    record("two");
+    action(std::string(5000, 'n'));
+    LogFlush();
+    static std::string name;
+    name = path;
+    ExecuteLogHook = [](std::span<const uint8_t>, int, int32_t, int32_t, int) {
+        fs::resize_file(name, 0);
+        return 1;
+    };
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to read log file " + path}));
+    EXPECT_EQ(EditLog.Recording, 1);
+}
+
 TEST_F(EditLogTest, AFileThatGotShorterIsToldAsAFailedRead) {
     for (int i = 0; i < 100; i++) action(std::to_string(i), 12);
     LogFlush();
     LogCloseFile();
     fs::resize_file(path, 1000);
+    std::string rest = file();
     EXPECT_EQ(LogUndo(), 0);
     EXPECT_EQ(Headless.userErrors, (Texts{"Failed to read log file " + path}));
+    EXPECT_EQ(EditLog.Held, 0);
+    // What is recorded behind it does not write over what is there.
+    action("new");
+    LogFlush();
+    EXPECT_EQ(file().substr(0, 1000), rest);
+    EXPECT_EQ(file().substr(2400), Entry("new") + MARK);
 }
 
 TEST_F(EditLogTest, ALogWithoutAFileWorksInMemoryAndDropsWhatIsFlushed) {
@@ -386,231 +511,6 @@ TEST_F(EditLogTest, AFailedWriteIsToldOnceAndLeavesAHole) {
     LogFlush();
     EXPECT_EQ(file(), std::string(static_cast<size_t>(hole), '\0') + Entry("kept") + MARK);
     EXPECT_EQ(Headless.userErrors.size(), 1U);
-}
-
-// --- damaged files ----------------------------------------------------------------------------------
-
-class DamagedLog : public LogFixture, public testing::WithParamInterface<std::string> {};
-
-TEST_P(DamagedLog, StopsARedoBeforeTheDamage) {
-    installFile(Entry("one") + MARK + Entry("two") + GetParam(), false);
-    EXPECT_EQ(LogRedo(), 1);
-    EXPECT_EQ(LogRedo(), 0);
-    EXPECT_EQ(replayed(), (Texts{"one", "two"}));
-    EXPECT_EQ(EditLog.rPtr, 28);
-    EXPECT_EQ(EditLog.rEofPtr, 28);
-    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to read log file " + path}));
-    EXPECT_EQ(LogRollback(), 1);
-    EXPECT_EQ(replayed(), (Texts{"-two"}));
-}
-
-TEST_P(DamagedLog, StopsAnUndoBehindTheDamage) {
-    std::string bytes = Entry("one") + MARK + GetParam();
-    installFile(bytes + Entry("two") + MARK, true);
-    EXPECT_EQ(LogUndo(), 0);
-    EXPECT_EQ(replayed(), (Texts{"-two"}));
-    EXPECT_EQ(EditLog.rPtr, static_cast<int32_t>(bytes.size()));
-    EXPECT_EQ(EditLog.Recording, 1);
-}
-
-INSTANTIATE_TEST_SUITE_P(Frames, DamagedLog,
-                         testing::Values(Word(0), Word(4), Word(7) + Word(7), Word(10) + Word(10),
-                                         Word(12) + Word(0) + Word(16), Word(16) + Word(0) + Word(12),
-                                         Word(0x7FFFFFFC), Word(0xFFFFFFFE), Word(0x80000000),
-                                         Word(100000) + Word(100000)));
-
-TEST_F(EditLogTest, AnEntryThatIsLongerThanAnyRecordIsReplayedByItsBeginning) {
-    std::string padded = "long" + std::string(300000, '\0');
-    std::string entry = Word(300012) + padded + Word(300012);
-    installFile(Entry("one") + MARK + entry + MARK + Entry("two") + MARK, false);
-    for (int i = 0; i < 3; i++) EXPECT_EQ(LogRedo(), 1);
-    EXPECT_EQ(replayed(), (Texts{"one", "long", "two"}));
-    for (int i = 0; i < 3; i++) EXPECT_EQ(LogUndo(), 1);
-    EXPECT_EQ(replayed(), (Texts{"-two", "-long", "-one"}));
-    EXPECT_TRUE(Headless.userErrors.empty());
-    installFile(entry.substr(0, 300008) + Word(12) + MARK, false);
-    EXPECT_EQ(LogRedo(), 0);
-    EXPECT_EQ(replayed(), Texts{});
-}
-
-TEST_F(EditLogTest, AFailedReadEndsARedoAndDropsNothing) {
-    for (int i = 0; i < 100; i++) action(std::to_string(i), 12);
-    for (int i = 0; i < 100; i++) LogUndo();
-    LogFlush();
-    LogCloseFile();
-    Notes.clear();
-    int32_t end = EditLog.rEofPtr;
-    std::string whole = file();
-    fs::resize_file(path, 1300);
-    int redone = 0;
-    while (redone < 100 && LogRedo()) redone++;
-    EXPECT_GT(redone, 20);
-    EXPECT_LT(redone, 100);
-    EXPECT_EQ(EditLog.rEofPtr, end);
-    EXPECT_EQ(EditLog.Recording, 1);
-    LogCloseFile();
-    scratch.write("document._KL", whole);
-    while (redone < 100 && LogRedo()) redone++;
-    EXPECT_EQ(redone, 100);
-    EXPECT_EQ(Notes.size(), 100U);
-}
-
-TEST_F(EditLogTest, ARestTooShortForAWordEndsTheRedo) {
-    installFile(Entry("one") + MARK + "abc", false);
-    EXPECT_EQ(LogRedo(), 1);
-    EXPECT_EQ(LogRedo(), 0);
-    EXPECT_EQ(replayed(), (Texts{"one"}));
-    EXPECT_EQ(EditLog.rEofPtr, 16);
-}
-
-TEST_F(EditLogTest, MarksWithoutRecordsAreStepsThatDoNothing) {
-    installFile(MARK + MARK + Entry("one") + MARK, false);
-    for (int i = 0; i < 3; i++) EXPECT_EQ(LogRedo(), 1);
-    EXPECT_EQ(replayed(), (Texts{"one"}));
-    for (int i = 0; i < 3; i++) EXPECT_EQ(LogUndo(), 1);
-    EXPECT_EQ(replayed(), (Texts{"-one"}));
-    EXPECT_EQ(EditLog.rPtr, 0);
-}
-
-// --- the file ---------------------------------------------------------------------------------------
-
-TEST_F(EditLogTest, TheProgramBeginsWithATemporaryLog) {
-    LogInit("._KLxyz");
-    EXPECT_STREQ(EditLog.LogSuffix, "._KL");
-    fs::path name = EditLog.LogFileName;
-    EXPECT_TRUE(name.filename().string().starts_with("_KL"));
-    EXPECT_EQ(fs::file_size(name), 0U);
-    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
-    EXPECT_EQ(EditLog.Recording, 1);
-    LogDeleteFile();
-    EXPECT_FALSE(fs::exists(name));
-    EXPECT_STREQ(EditLog.LogFileName, "");
-}
-
-TEST_F(EditLogTest, WithoutATemporaryDirectoryItGoesOnWithoutAFile) {
-    std::string before = getenv("TMPDIR") ? getenv("TMPDIR") : "";
-    setenv("TMPDIR", "/nowhere/at/all", 1);
-    LogInit(LOG_SUFFIX);
-    if (before.empty())
-        unsetenv("TMPDIR");
-    else
-        setenv("TMPDIR", before.c_str(), 1);
-    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to create log file "}));
-    EXPECT_STREQ(EditLog.LogFileName, "");
-    action("one");
-    EXPECT_EQ(LogUndo(), 1);
-}
-
-TEST_F(EditLogTest, ADocumentsLogLiesBesideIt) {
-    LogBindToDocument(scratch.file("counter.wdl").c_str());
-    EXPECT_EQ(EditLog.LogFileName, scratch.file("counter._KL"));
-    EXPECT_TRUE(fs::exists(scratch.file("counter._KL")));
-    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
-    EXPECT_EQ(fs::status(EditLog.LogFileName).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-}
-
-TEST_F(EditLogTest, ALogThatIsThereStaysOpen) {
-    scratch.write("counter._KL", "old");
-    LogBindToDocument(scratch.file("counter.wdl").c_str());
-    EXPECT_NE(EditLog.LogHandle, NO_FILE);
-    EXPECT_EQ(ReadWholeFile(scratch.file("counter._KL")), "old");
-}
-
-TEST_F(EditLogTest, WithoutADocumentTheLogIsATemporaryFile) {
-    LogBindToDocument("");
-    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
-    EXPECT_TRUE(fs::path(EditLog.LogFileName).filename().string().starts_with("_KL"));
-}
-
-TEST_F(EditLogTest, ALogThatCannotBeMadeIsToldAndDoneWithout) {
-    std::string log = scratch.file("nowhere/counter._KL");
-    LogBindToDocument(scratch.file("nowhere/counter.wdl").c_str());
-    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to create log file " + log}));
-    EXPECT_STREQ(EditLog.LogFileName, "");
-    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
-}
-
-TEST_F(EditLogTest, ClosingDoesNotFlush) {
-    action("one");
-    LogFlush();
-    action("two");
-    LogCloseFile();
-    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
-    EXPECT_EQ(EditLog.Dirty, 1);
-    EXPECT_EQ(file(), Entry("one") + MARK);
-}
-
-// --- the auxiliary file -----------------------------------------------------------------------------
-
-class AuxLogTest : public LogFixture {
-protected:
-    // Replays a file of these bytes backward.
-    int replay(const std::string &bytes, int mode = 5) {
-        std::string other = scratch.write("clip", bytes);
-        snprintf(name, sizeof name, "%s", other.c_str());
-        AuxFile = {&handle, name};
-        return AuxReplayBackward(static_cast<int32_t>(bytes.size()), 0, 0, mode);
-    }
-    FileHandle handle = NO_FILE;
-    char name[MAX_PATH_SIZE] = "";
-};
-
-TEST_F(AuxLogTest, ReplaysAWholeFileBackward) {
-    EXPECT_EQ(replay(Entry("one") + Entry("two") + Entry("three")), 1);
-    EXPECT_EQ(Notes, (std::vector<Replayed>{{"three", 1, 5}, {"two", 1, 5}, {"one", 1, 5}}));
-    EXPECT_EQ(handle, NO_FILE);
-    EXPECT_EQ(AuxFile.name, EditLog.LogFileName);
-    EXPECT_EQ(AuxFile.handle, &EditLog.LogHandle);
-}
-
-TEST_F(AuxLogTest, StopsAtAMark) {
-    EXPECT_EQ(replay(Entry("one") + MARK + Entry("two")), 1);
-    EXPECT_EQ(replayed(), (Texts{"-two"}));
-}
-
-TEST_F(AuxLogTest, GoesThroughManyWindowsAndLongRecords) {
-    std::string bytes, text(4000, 'n');
-    Texts backward;
-    for (int i = 0; i < 300; i++) {
-        bytes += Entry(std::to_string(i));
-        backward.insert(backward.begin(), "-" + std::to_string(i));
-    }
-    bytes += Entry(text);
-    backward.insert(backward.begin(), "-" + text);
-    EXPECT_EQ(replay(bytes), 1);
-    EXPECT_EQ(replayed(), backward);
-}
-
-TEST_F(AuxLogTest, AnEmptyFileReplaysNothing) {
-    EXPECT_EQ(replay(""), 1);
-    EXPECT_TRUE(Notes.empty());
-}
-
-TEST_F(AuxLogTest, ARefusedRecordEndsIt) {
-    RefusedText = "two";
-    EXPECT_EQ(replay(Entry("one") + Entry("two") + Entry("three")), 0);
-    EXPECT_EQ(replayed(), (Texts{"-three"}));
-    EXPECT_EQ(EditLog.AuxPtr, 0);
-    EXPECT_EQ(handle, NO_FILE);
-}
-
-TEST_F(AuxLogTest, DamageEndsIt) {
-    EXPECT_EQ(replay(Word(99) + Entry("two")), 0);
-    EXPECT_EQ(replayed(), (Texts{"-two"}));
-    EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to read auxiliary log file ") + name}));
-}
-
-TEST_F(AuxLogTest, AFileThatIsNotThereIsTold) {
-    snprintf(name, sizeof name, "%s", scratch.file("nothing").c_str());
-    AuxFile = {&handle, name};
-    EXPECT_EQ(AuxReplayBackward(16, 0, 0, 5), 0);
-    EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to open auxiliary log file ") + name}));
-}
-
-TEST_F(AuxLogTest, WithoutANameNothingIsSaid) {
-    AuxFile = {&handle, name};
-    EXPECT_EQ(AuxReplayBackward(16, 0, 0, 5), 0);
-    EXPECT_TRUE(Headless.userErrors.empty());
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "unit/editlog/log_fixture.h"
+#include <cstring>
 
 namespace {
 
@@ -88,6 +89,28 @@ TEST_F(LogRecordsTest, Rename) {
     EXPECT_EQ(read(14).newName, "newer");
 }
 
+TEST_F(LogRecordsTest, NamesAreTakenUpToTheirNul) {
+    LogRename(7, std::string_view("a\0x", 3), std::string_view("b\0yz", 4));
+    expectRecord(8, Half(8) + Half(7) + std::string("a\0b\0", 4));
+}
+
+TEST_F(LogRecordsTest, BytesThatNoFieldTakesStayAsTheyAre) {
+    memset(EditLog.Buffer, 0xEE, sizeof EditLog.Buffer);
+    LogDelay(7, 1, 2);
+    expectRecord(16, Half(1) + Half(7) + Word(1) + Word(2) + std::string(4, '\xEE'));
+}
+
+TEST_F(LogRecordsTest, TimingIsReadInFullWords) {
+    std::string fields =
+        Half(9) + Half(6) + Word(0x10001) + Word(0x20002) + Word(0x30003) + Word(0x40004) + Half(9);
+    LogRecord record;
+    ASSERT_TRUE(ReadRecord({reinterpret_cast<const uint8_t *>(fields.data()), fields.size()}, record));
+    EXPECT_EQ(record.oldMultiplier, 0x10001U);
+    EXPECT_EQ(record.newMultiplier, 0x20002U);
+    EXPECT_EQ(record.oldEnd, 0x30003U);
+    EXPECT_EQ(record.newEnd, 0x40004U);
+}
+
 TEST_F(LogRecordsTest, RenameOfAnUnnamedPattern) {
     LogRename(7, "", "n");
     expectRecord(7, Half(8) + Half(7) + std::string("\0n\0", 3));
@@ -139,6 +162,9 @@ TEST_F(LogRecordsTest, Patterns) {
     expectRecord(8, Half(17) + Half(7) + Half(16) + std::string("\0", 1));
     EXPECT_EQ(read(7).width, 16);
     EXPECT_EQ(read(7).name, "");
+    InitEditLog();
+    LogPattern(1, 7, 16, "a");
+    expectRecord(9, Half(17) + Half(7) + Half(16) + std::string("a\0", 2));
 }
 
 TEST_F(LogRecordsTest, Rows) {

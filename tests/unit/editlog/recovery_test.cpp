@@ -69,6 +69,22 @@ protected:
     std::string original;
 };
 
+TEST_F(RecoveryTest, AResetForgetsWhatTheWindowHeld) {
+    EditLog.rBase = 100;
+    EditLog.rPtr = 200;
+    EditLog.rEofPtr = 300;
+    EditLog.Held = 50;
+    EditLog.Dirty = 1;
+    EditLog.Recording = 0;
+    LogReset(0);
+    EXPECT_EQ(EditLog.rBase, 0);
+    EXPECT_EQ(EditLog.rPtr, 0);
+    EXPECT_EQ(EditLog.rEofPtr, 0);
+    EXPECT_EQ(EditLog.Held, 0);
+    EXPECT_EQ(EditLog.Dirty, 0);
+    EXPECT_EQ(EditLog.Recording, 1);
+}
+
 // --- the question -----------------------------------------------------------------------------------
 
 TEST_F(RecoveryTest, ALogThatIsLeftIsOfferedForRecovery) {
