@@ -16,8 +16,6 @@ namespace {
 
 // The preview reaches this far beyond the wave, in pixels.
 constexpr int32_t PREVIEW_MARGIN = 5;
-// The duration field of an item has 31 bits.
-constexpr TimeVal MAX_DURATION = 0x7FFFFFFF;
 
 void PlacePreview(uint32_t row) {
     auto below = static_cast<int32_t>(row - WaveView.TopRow);
@@ -157,7 +155,7 @@ TimeVal LatestEdge(const Pattern *pattern) {
     int index = DeepestFrame().item;
     if (!DragPreview.dragRight) index--;
     TimeVal length = IsData(pattern, index) ? pattern->item(static_cast<uint32_t>(index)).duration() : 0;
-    return TimeAdd(DragPreview.edgeTime, TimeMul(MAX_DURATION - length, EditSelection.SelScale));
+    return TimeAdd(DragPreview.edgeTime, TimeMul(MAX_ITEM_DURATION - length, EditSelection.SelScale));
 }
 
 void MoveWave(Pattern *pattern) {
@@ -181,7 +179,7 @@ void PullOutPulse(Pattern *pattern) {
     uint16_t count = pattern->itemCount, id = pattern->id;
     TimeVal length = TimeDiv(TimeSub(DragPreview.dragTime, DragPreview.edgeTime), unit);
     SplitItem(pattern, DeepestFrame().item, TimeDiv(EditSelection.SelOffset, unit),
-              std::min(length, MAX_DURATION), 1);
+              std::min(length, MAX_ITEM_DURATION), 1);
     ValidateDurations();
     RebuildFrames(PatternFromId(id)->itemCount == count ? 0 : 1);
 }

@@ -125,7 +125,7 @@ void GiveFocus() {
     const uint16_t order[] = {keep, EDIT_VALUE, EDIT_DURATION, EDIT_REPEAT, EDIT_SCALE};
     for (uint16_t id : order) {
         if (!IsEnabled(id)) continue;
-        if (FocusEditField(id)) EditDialog.offered = true;
+        FocusEditField(id);
         return;
     }
 }
@@ -173,25 +173,21 @@ void EditDialogOpened() {
     EditDialog.ListedStates = NO_STATES;
     EditDialog.ActiveField = 0;
     EditDialog.FieldDirty = false;
-    EditDialog.offered = false;
 }
 
 void EditFieldFocused(uint16_t id) {
     if (!IsField(id)) return;
     EditDialog.ActiveField = id;
     EditDialog.FieldDirty = false;
-    EditDialog.offered = false;
 }
 
 void EditFieldChanged(uint16_t id) {
     if (filling || id != EditDialog.ActiveField) return;
     EditDialog.FieldDirty = true;
-    EditDialog.offered = false;
 }
 
 void EditFieldLeft(uint16_t id) {
     EditDialog.ActiveField = 0;
-    EditDialog.offered = false;
     if (!EditDialog.FieldDirty) return;
     EditDialog.FieldDirty = false;
     FieldCommit(id, 0);
@@ -206,8 +202,4 @@ void EditFieldEntered() {
 void EditFieldCancelled() {
     EditDialog.KeepFocus = EditDialog.ActiveField;
     FillEditDialog(SelectionText().c_str());
-}
-
-void EditFieldTaken() {
-    EditDialog.offered = false;
 }

@@ -23,7 +23,6 @@ constexpr uint16_t NO_STATES = 65535;
 struct EditDialogRecord {
     uint16_t ActiveField;  // the field that has the keyboard, or 0
     bool FieldDirty;       // its text has changed since
-    bool offered;          // it has the keyboard from the program, and the user has not taken it up yet
     uint16_t KeepFocus;    // the field that gets the keyboard after the next ShowSelection, or 0
     bool ForeverAllowed;   // a repeat without end hides nothing
     uint16_t ListedStates; // the state table in the list
@@ -41,14 +40,13 @@ void OpenEditDialog();
 void FillEditDialog(const char *title);
 
 // What the window tells: it was made; a field got the keyboard, was typed in, lost the keyboard; the Enter
-// key; the Esc key, which takes back what was typed; a press of the mouse in the active field.
+// key; the Esc key, which takes back what was typed.
 void EditDialogOpened();
 void EditFieldFocused(uint16_t id);
 void EditFieldChanged(uint16_t id);
 void EditFieldLeft(uint16_t id);
 void EditFieldEntered();
 void EditFieldCancelled();
-void EditFieldTaken();
 
 // A field's text is taken; `enter` 1 if by the Enter key, 0 if the field lost the focus.
 void FieldCommit(uint16_t id, int enter);

@@ -19,8 +19,6 @@
 
 namespace {
 
-// The duration field of an item has 31 bits.
-constexpr TimeVal MAX_DURATION = 0x7FFFFFFF;
 constexpr uint32_t MAX_SCALE = 65535;
 constexpr uint32_t MAX_COUNT = REPEAT_FOREVER - 1;
 
@@ -86,7 +84,7 @@ void CommitDuration(const Edited &edited, const char *text, int enter) {
     if (!edited.hasData()) return;
     TimeVal unit = EditSelection.SelScale;
     TimeVal units = TimeDiv(TimeAdd(TimeParse(text), unit / 2), unit);
-    units = std::clamp<TimeVal>(units, 1, MAX_DURATION);
+    units = std::clamp<TimeVal>(units, 1, MAX_ITEM_DURATION);
     if (SetItemDuration(edited.pattern(), edited.item, units)) ValidateDurations();
     TimeVal end = TimeAdd(edited.start, TimeMul(units, unit));
     ReselectAt(edited, enter && edited.hasNext() ? TimeAdd(end, 1) : TimeSub(end, 1));
@@ -117,7 +115,7 @@ void SetSpanValue(const Edited &edited, uint32_t value) {
 void SetWholeValue(const Edited &edited, uint32_t value) {
     if (!edited.isSequence()) return;
     DeleteRange(edited.pattern(), 0, edited.duration);
-    InsertTransition(edited.pattern(), 0, value, std::min(edited.duration, MAX_DURATION));
+    InsertTransition(edited.pattern(), 0, value, std::min(edited.duration, MAX_ITEM_DURATION));
     ValidateDurations();
     ReselectAt(edited, PatternFromId(edited.root)->delay);
 }

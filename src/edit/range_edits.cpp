@@ -5,6 +5,7 @@
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -198,7 +199,7 @@ Pattern *ExtendPattern(Pattern *pattern, TimeVal time, TimeVal units) {
 void ReplaceRange(Pattern *pattern, TimeVal from, TimeVal to, uint16_t index, uint32_t value) {
     pattern = DeleteRange(pattern, from, to);
     if (index > pattern->itemCount) index = pattern->itemCount;
-    pattern = InsertTransition(pattern, index, value, to - from);
+    pattern = InsertTransition(pattern, index, value, std::min(to - from, MAX_ITEM_DURATION));
     if (!pattern) return;
     MergeItems(pattern, index);
     if (index != 0) MergeItems(pattern, Before(index));

@@ -2,6 +2,7 @@
 
 #include "display/viewport.h"
 #include "edit/range_edits.h"
+#include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include <algorithm>
@@ -12,8 +13,6 @@ namespace {
 
 // What a mouse hits beside an edge.
 constexpr int32_t SLACK_PIXELS = 3;
-// The duration field of an item has 31 bits.
-constexpr TimeVal MAX_DURATION = 0x7FFFFFFF;
 
 // The search in progress: a running time, and the range asked for.
 struct SearchRecord {
@@ -270,7 +269,7 @@ void GrowToMeet(Pattern *root) {
     TimeVal unit = EditSelection.SelRootUnit;
     Search.t1 = Search.end;
     Search.t2 = TimeRoundTo(Search.t2, unit);
-    TimeVal units = std::min(TimeDiv(TimeSub(Search.t2, Search.end), unit), MAX_DURATION);
+    TimeVal units = std::min(TimeDiv(TimeSub(Search.t2, Search.end), unit), MAX_ITEM_DURATION);
     ExtendPattern(root, Search.end, units);
     ValidateDurations();
     root = PatternFromId(id);

@@ -97,10 +97,8 @@ void GetEditText(uint16_t id, char *buffer, size_t size) {
     snprintf(buffer, size, "%s", HeadlessEditDialog.texts[id].c_str());
 }
 
-bool FocusEditField(uint16_t id) {
-    if (!HeadlessEditDialog.open || HeadlessEditDialog.focus == id) return false;
-    HeadlessFocus(id);
-    return true;
+void FocusEditField(uint16_t id) {
+    if (HeadlessEditDialog.open && HeadlessEditDialog.focus != id) HeadlessFocus(id);
 }
 
 void CheckForever(bool on) {

@@ -15,8 +15,8 @@ void EnableEditItem(uint16_t id, bool on);
 void SetEditText(uint16_t id, const char *text);
 // The text of a field, cut to `size` - 1 characters.
 void GetEditText(uint16_t id, char *buffer, size_t size);
-// Gives a field, with its text selected, or the list the keyboard. False if it had it already.
-bool FocusEditField(uint16_t id);
+// Gives a field, with its text selected, or the list the keyboard.
+void FocusEditField(uint16_t id);
 void CheckForever(bool on);
 
 // The list of states. -1 is no row.

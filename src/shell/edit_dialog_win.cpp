@@ -1,5 +1,3 @@
-#include "shell/edit_dialog_win.h"
-
 #include "edit/edit_dialog.h"
 #include "resource.h"
 #include "shell/dialog_items_win.h"
@@ -57,7 +55,7 @@ void TakeCommand(HWND dialog, WORD id, WORD what) {
     }
 }
 
-INT_PTR CALLBACK EditProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CALLBACK EditProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
     switch (message) {
     case WM_INITDIALOG:
         OpenDialog(dialog);
@@ -65,10 +63,6 @@ INT_PTR CALLBACK EditProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPara
     case WM_COMMAND:
         TakeCommand(dialog, LOWORD(wParam), HIWORD(wParam));
         return TRUE;
-    case WM_SETCURSOR:
-        // A press on the field that has the keyboard already is told by nothing else.
-        if (HIWORD(lParam) == WM_LBUTTONDOWN) EditFieldTaken();
-        return FALSE;
     case WM_CLOSE:
         CloseDialog(dialog);
         return TRUE;
@@ -84,12 +78,6 @@ INT_PTR CALLBACK EditProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPara
 }
 
 } // namespace
-
-bool EditDialogLeavesKeys() {
-    if (!editDialog || GetActiveWindow() != editDialog) return false;
-    HWND focus = GetFocus();
-    return EditDialog.offered || !focus || focus == editDialog;
-}
 
 bool EditDialogIsOpen() {
     return editDialog != nullptr;
@@ -121,13 +109,11 @@ void GetEditText(uint16_t id, char *buffer, size_t size) {
     GetItemText(editDialog, id, buffer, static_cast<int>(size));
 }
 
-bool FocusEditField(uint16_t id) {
+void FocusEditField(uint16_t id) {
     HWND field = editDialog ? GetDlgItem(editDialog, id) : nullptr;
-    if (!field) return false;
-    bool moves = GetFocus() != field;
-    if (moves) SetFocus(field);
+    if (!field) return;
+    if (GetFocus() != field) SetFocus(field);
     if (id != EDIT_STATES) SelectItemText(editDialog, id);
-    return moves;
 }
 
 void CheckForever(bool on) {

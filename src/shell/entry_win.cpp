@@ -7,7 +7,6 @@
 #include "edit/edit_dialog.h"
 #include "editlog/edit_log.h"
 #include "shell/commands.h"
-#include "shell/edit_dialog_win.h"
 #include "shell/frame.h"
 #include "shell/frame_win.h"
 #include "shell/mode_gestures.h"
@@ -60,8 +59,9 @@ bool TakenByDialog(MSG *message) {
 int RunMessages() {
     MSG message = {};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-        if (TranslateKeys(mainKeys, &message) ||
-            (EditDialogLeavesKeys() && TranslateKeys(specialKeys, &message)) || TakenByDialog(&message) ||
+        // In this order: the keys of the waves, Del and the arrows among them, are the dialog's own while one
+        // has the keyboard.
+        if (TranslateKeys(mainKeys, &message) || TakenByDialog(&message) ||
             TranslateKeys(specialKeys, &message)) {
             continue;
         }

@@ -8,7 +8,7 @@
 #include "store/pattern.h"
 
 // The duration field of an item has 31 bits.
-constexpr uint32_t MAX_ITEM_DURATION = 0x7FFFFFFF;
+constexpr TimeVal MAX_ITEM_DURATION = 0x7FFFFFFF;
 
 // Set when a pattern's length was forgotten, and cleared when those that refer to it have been told.
 extern bool DurationForgotten;

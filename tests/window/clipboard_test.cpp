@@ -57,6 +57,11 @@ protected:
         }
         return bytes;
     }
+    // Without the floating dialog, to which each selection of a level gives the keyboard.
+    void keepKeys() {
+        ASSERT_TRUE(editor->closeEditDialog());
+        editor->toFront();
+    }
     UINT format = 0;
     static constexpr int A = 0, B = 1, C = 2;
 };
@@ -81,6 +86,7 @@ TEST_F(ClipboardWindow, CutAndPasteByTheMenu) {
 }
 
 TEST_F(ClipboardWindow, CopyPasteAndDeleteByKeys) {
+    keepKeys();
     clickAt(B, 200);
     ASSERT_TRUE(kindBecomes(SEL_PULSE));
     PressKey('C', {VK_CONTROL});
@@ -91,6 +97,7 @@ TEST_F(ClipboardWindow, CopyPasteAndDeleteByKeys) {
     PressKey('V', {VK_CONTROL});
     ASSERT_TRUE(kindBecomes(SEL_NONE));
     EXPECT_EQ(saved("B[7:0]"), "11 100 22 200 33 100 22 200");
+    keepKeys();
     clickAt(B, 50);
     ASSERT_TRUE(kindBecomes(SEL_PULSE));
     PressKey(VK_DELETE);
@@ -99,6 +106,7 @@ TEST_F(ClipboardWindow, CopyPasteAndDeleteByKeys) {
 }
 
 TEST_F(ClipboardWindow, TheOtherKeysDoTheSame) {
+    keepKeys();
     dragOver(A, 40, 160);
     ASSERT_TRUE(kindBecomes(SEL_SPAN));
     PressKey(VK_INSERT, {VK_CONTROL});
@@ -113,7 +121,7 @@ TEST_F(ClipboardWindow, TheOtherKeysDoTheSame) {
     EXPECT_EQ(saved("C"), "0 400 1 60 0 60");
 }
 
-TEST_F(ClipboardWindow, InAFieldThatIsTakenTheKeysAreTheFields) {
+TEST_F(ClipboardWindow, InAFieldTheKeysAreTheFields) {
     clickAt(B, 200);
     ASSERT_TRUE(kindBecomes(SEL_PULSE));
     typeInto(EDIT_VALUE, "5A");

@@ -349,19 +349,20 @@ TEST_F(EditDialogWindow, ForeverIsWritten) {
     EXPECT_EQ(saved("B[7:0]"), "(11 100 22 200 33 100)##");
 }
 
-TEST_F(EditDialogWindow, TheKeysOfTheWavesWorkUntilTheFieldIsTaken) {
+TEST_F(EditDialogWindow, WhileItHasTheKeyboardTheKeysOfTheWavesAreItsOwn) {
     clickAt(B, 150);
     ASSERT_TRUE(kindBecomes(SEL_PULSE));
     ASSERT_TRUE(focusIs(EDIT_VALUE));
-    // The field has the cursor, but nobody has typed: Del takes the pulse out.
     PressKey(VK_DELETE);
-    ASSERT_TRUE(kindBecomes(SEL_NONE));
-    clickAt(B, 150);
+    ASSERT_TRUE(WaitFor([this] { return edit.text(EDIT_VALUE).empty(); }));
+    EXPECT_EQ(selection().SelKind, SEL_PULSE);
+    // An edge has no field that could take it.
+    PressKey(VK_ESCAPE);
+    clickAt(B, 100);
+    ASSERT_TRUE(kindBecomes(SEL_EDGE));
+    PressKey(VK_RIGHT);
     ASSERT_TRUE(kindBecomes(SEL_PULSE));
-    typeInto(EDIT_VALUE, "5A");
-    PressKey(VK_HOME); // a key of the main window everywhere
-    PressKey(VK_DELETE);
-    EXPECT_EQ(saved("B[7:0]"), "11 100 33 100");
+    EXPECT_EQ(saved("B[7:0]"), "11 100 22 200 33 100");
 }
 
 TEST_F(EditDialogWindow, StaysInQueryModeAndReturnsToItsPlace) {

@@ -366,11 +366,10 @@ TEST_F(EditDialogTest, WhatNoFieldTakesIsForgottenToo) {
     EXPECT_EQ(EditDialog.ActiveField, 0);
 }
 
-TEST_F(EditDialogTest, AFieldThatGetsTheFocusIsNeitherDirtyNorOffered) {
-    EditDialog.FieldDirty = EditDialog.offered = true;
+TEST_F(EditDialogTest, AFieldThatGetsTheFocusIsNotDirty) {
+    EditDialog.FieldDirty = true;
     EditFieldFocused(EDIT_SCALE);
     EXPECT_FALSE(EditDialog.FieldDirty);
-    EXPECT_FALSE(EditDialog.offered);
 }
 
 TEST_F(EditDialogTest, EnterWithoutAnActiveFieldDoesNothing) {
@@ -379,28 +378,6 @@ TEST_F(EditDialogTest, EnterWithoutAnActiveFieldDoesNothing) {
     HeadlessFocus(EDIT_STATES);
     EditFieldEntered();
     EXPECT_EQ(EditLog.rPtr, 0);
-}
-
-TEST_F(EditDialogTest, AFieldIsOfferedUntilTheUserTakesIt) {
-    uint16_t a = MakePattern("A", ITEMS);
-    select(a, 5, 5);
-    EXPECT_TRUE(EditDialog.offered) << "the program put the cursor there";
-    HeadlessType(EDIT_DURATION, "3");
-    EXPECT_FALSE(EditDialog.offered) << "typed";
-    HeadlessFocus(0);
-    select(a, 5, 5);
-    EXPECT_TRUE(EditDialog.offered);
-    HeadlessFocus(EDIT_STATES);
-    EXPECT_FALSE(EditDialog.offered) << "left";
-    HeadlessFocus(EDIT_DURATION);
-    EXPECT_FALSE(EditDialog.offered) << "by the user's own hand";
-    ShowSelection();
-    EXPECT_FALSE(EditDialog.offered) << "it had it already";
-    HeadlessFocus(0);
-    select(a, 15, 15);
-    ASSERT_TRUE(EditDialog.offered);
-    EditFieldTaken();
-    EXPECT_FALSE(EditDialog.offered) << "clicked";
 }
 
 TEST_F(EditDialogTest, OnlyTheActiveFieldGetsDirty) {
@@ -424,13 +401,12 @@ TEST_F(EditDialogTest, ItIsMadeOnceAndThenBroughtToTheTop) {
     ASSERT_FALSE(HeadlessEditDialog.states.empty());
     HeadlessCloseEditDialog();
     EditDialog.ActiveField = EDIT_SCALE;
-    EditDialog.FieldDirty = EditDialog.offered = true;
+    EditDialog.FieldDirty = true;
     OpenEditDialog();
     EXPECT_EQ(EditDialog.ListedStates, NO_STATES);
     EXPECT_EQ(HeadlessEditDialog.states, Texts{});
     EXPECT_EQ(EditDialog.ActiveField, 0);
     EXPECT_FALSE(EditDialog.FieldDirty);
-    EXPECT_FALSE(EditDialog.offered);
     InitEditDialog();
     EXPECT_EQ(EditDialog.ListedStates, NO_STATES) << "from the start";
 }
