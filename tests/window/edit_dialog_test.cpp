@@ -358,7 +358,7 @@ TEST_F(EditDialogWindow, WhileItHasTheKeyboardTheKeysOfTheWavesAreItsOwn) {
     EXPECT_EQ(selection().SelKind, SEL_PULSE);
     // An edge has no field that could take it.
     PressKey(VK_ESCAPE);
-    clickAt(B, 100);
+    clickAt(A, 100);
     ASSERT_TRUE(kindBecomes(SEL_EDGE));
     PressKey(VK_RIGHT);
     ASSERT_TRUE(kindBecomes(SEL_PULSE));
