@@ -127,6 +127,7 @@ TEST_F(LogCommands, LogEndsAtADamagedEntryAndTellsItsOffset) {
         Word(7) + std::string(20, '\0'),
         Word(9) + std::string(20, '\0'),
         Word(26) + std::string(40, '\0'),
+        Word(26) + delay(1, 0, 7).substr(4, 16) + "xx" + Word(26),
         Word(0xFFFFFFFE) + good,
         Word(0xFFFFFFFC) + good,
         Word(24),

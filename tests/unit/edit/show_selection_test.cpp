@@ -182,11 +182,10 @@ TEST_F(ShownSelection, EqualLevelsAreJoinedWhenNothingIsSelected) {
 
 TEST_F(ShownSelection, AMergeWithNothingToJoinLeavesTheLogAlone) {
     uint16_t a = MakePattern("A", {{0, 100}, {1, 100}});
+    SetPatternDelay(PatternFromId(a), 7);
+    LogEndAction();
     SetItemValue(PatternFromId(a), 1, 0);
     LogEndAction();
-    SetItemValue(PatternFromId(a), 1, 1);
-    LogEndAction();
-    LogUndo();
     LogUndo();
     PendingMerge = a;
     ShowSelection();
