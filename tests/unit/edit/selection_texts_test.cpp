@@ -2,6 +2,7 @@
 #include "edit/show_selection.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
+#include "store/state_table.h"
 #include "unit/edit/selection_fixture.h"
 
 TEST_F(Selection, ATextTellsEachKind) {
@@ -45,6 +46,21 @@ TEST_F(Selection, AReferenceThatIsGoneHasNoName) {
     DeepestFrame().item = 0;
     PatternRelease(PatternFromId(PatternFromId(a)->item(0).patternId()));
     EXPECT_EQ(SelectionText(), "Selected Pattern (...)");
+}
+
+TEST_F(Selection, AStateIsNamedByTheTableOfTheRowsWave) {
+    StateTable *table = AllocStateTable(2);
+    ASSERT_NE(table, nullptr);
+    table->rowCount = 2;
+    table->rows()[0] = {0, 4, 'L', "Driven low", "L"};
+    table->rows()[1] = {1, 4, 'H', "Driven high", "H"};
+    uint16_t a = around({part()});
+    PatternFromId(a)->setStateTable(1);
+    select(a, 50, 50);
+    EXPECT_EQ(SelectionText(), "Selected Bit Pulse = Driven low");
+    select(a, 120, 120);
+    EXPECT_EQ(EditSelection.SelDepth, 2);
+    EXPECT_EQ(SelectionText(), "Selected Bit Pulse = Driven high") << "in a pattern with a table of its own";
 }
 
 TEST_F(Selection, AValueBeyondTheStateTableReadsAsItsLast) {
