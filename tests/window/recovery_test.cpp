@@ -1,8 +1,7 @@
 // The program is killed in the midst of editing, and started again.
 #include "shell/command_ids.h"
-#include "window/editor.h"
+#include "window/edit_driver.h"
 #include <algorithm>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -41,7 +40,62 @@ protected:
     TestDirectory directory;
 };
 
+// Leaves a program that died in the midst of work with mouse and keyboard, and the next one with its
+// question.
+class RecoveryOfEdits : public EditDriver {
+protected:
+    static constexpr int A = 0, B = 1;
+    void SetUp() override {
+        openRows("%ENDTIME = 400;\n"
+                 "A { In Default None 0 1 50 } = 0 400;\n"
+                 "B[7:0] { In Default None 0 1 50 } = 11 100 22 200 33 100;\n",
+                 {"A", "B[7:0]"});
+        dragOver(A, 100, 200);
+        ASSERT_TRUE(kindBecomes(SEL_PULSE));
+        clickAt(B, 200);
+        ASSERT_TRUE(kindBecomes(SEL_PULSE));
+        typeInto(EDIT_VALUE, "5A");
+        PressKey(VK_RETURN);
+        ASSERT_TRUE(titleBecomes("Selected Bus Pulse = 33"));
+        // Its records reach the disk before the cut goes on, and with them what was done before; its mark
+        // does not.
+        editor->command(COMMAND_CUT);
+        ASSERT_TRUE(kindBecomes(SEL_NONE));
+        ASSERT_GT(directory.read("edit._KL").size(), 76u);
+        editor = nullptr;
+        editor = std::make_unique<Editor>(directory, "edit.wdl");
+    }
+    void answer(int button) {
+        Dialog question = editor->dialog();
+        ASSERT_NE(question.window, nullptr);
+        question.click(button);
+        ASSERT_TRUE(editor->dialogGone());
+        ASSERT_TRUE(editor->open());
+    }
+};
+
 } // namespace
+
+TEST_F(RecoveryOfEdits, AnsweredYesTheWavesHaveThemButTheOneThatWasNotDone) {
+    answer(YES);
+    editor->shoot("recovered-edits");
+    EXPECT_EQ(saved("A"), "0 100 1 100 0 200");
+    EXPECT_EQ(saved("B[7:0]"), "11 100 5a 200 33 100");
+}
+
+TEST_F(RecoveryOfEdits, AnsweredYesTheyCanBeUndone) {
+    answer(YES);
+    editor->command(COMMAND_UNDO);
+    editor->command(COMMAND_UNDO);
+    EXPECT_EQ(saved("A"), "0 400");
+    EXPECT_EQ(saved("B[7:0]"), "11 100 22 200 33 100");
+}
+
+TEST_F(RecoveryOfEdits, AnsweredNoTheWavesAreThoseOfTheFile) {
+    answer(NO);
+    EXPECT_EQ(saved("A"), "0 400");
+    EXPECT_EQ(saved("B[7:0]"), "11 100 22 200 33 100");
+}
 
 TEST_F(Recovery, AnsweredYesItBringsTheEditsBack) {
     Editor editor(directory, "plain.wdl");
