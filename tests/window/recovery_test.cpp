@@ -57,8 +57,7 @@ protected:
         typeInto(EDIT_VALUE, "5A");
         PressKey(VK_RETURN);
         ASSERT_TRUE(titleBecomes("Selected Bus Pulse = 33"));
-        // Its records reach the disk before the cut goes on, and with them what was done before; its mark
-        // does not.
+        // A cut writes out all that was recorded, its own records too, but not the mark behind them.
         editor->command(COMMAND_CUT);
         ASSERT_TRUE(kindBecomes(SEL_NONE));
         ASSERT_GT(directory.read("edit._KL").size(), 76u);
