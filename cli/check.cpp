@@ -1,4 +1,4 @@
-// check: loads files and tells what is in them.
+// check: loads files and tells what is in them, and what the reader passes over.
 #include "commands.h"
 #include "config/settings.h"
 #include "load.h"
@@ -31,7 +31,7 @@ int Check(CheckOptions &options) {
     int worst = EXIT_DONE;
     for (const std::string &file : options.files) {
         options.file = file;
-        int status = LoadDocumentFile(options);
+        int status = LoadDocumentFile(options, Warnings::Printed);
         if (status == EXIT_DONE) PrintSummary(file);
         worst = std::max(worst, status);
     }

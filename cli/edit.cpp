@@ -6,44 +6,63 @@
 #include "headless/edit_script.h"
 #include "load.h"
 #include "output.h"
+#include "shell/reporting.h"
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
 
 namespace {
 
-namespace fs = std::filesystem;
-
 struct EditOptions : CommonOptions {
     std::string out, log, script;
 };
 
+// Two files may be one: the output may be the document. A log beside the document is not used, and may be
+// where the log of this run goes.
+bool CanBeUsed(const EditOptions &options) {
+    UsedFile document = {"the document", options.file, false};
+    UsedFile documentsLog = {"the document's log", FileBeside(options.file, LOG_SUFFIX), false};
+    UsedFile waveList = {"the wave list", FileBeside(options.file, ".kel"), false};
+    UsedFile simulator = {"the simulator's file", options.simulator, false};
+    UsedFile script = {"the script", options.script, true};
+    UsedFile out = {"the output", options.out, true};
+    UsedFile log = {"the log", options.log, true};
+    // One statement each: the compiler in use destroys lists that it has not made where the memory ends in
+    // the midst of an "&&".
+    if (!AreDifferentFiles({document, waveList, simulator, log, script})) return false;
+    if (!AreDifferentFiles({documentsLog, waveList, simulator, script, out})) return false;
+    return AreDifferentFiles({log, out});
+}
+
 // --- the log --------------------------------------------------------------------------------------
 
-bool IsSameFile(const std::string &a, const std::string &b) {
-    std::error_code error;
-    return fs::equivalent(a, b, error);
-}
-
-// The log would overwrite what is read, or be overwritten by what is written.
-bool LogIsAnotherFile(const EditOptions &options) {
-    for (const std::string *other : {&options.file, &options.script, &options.out}) {
-        if (options.log.empty() || other->empty()) continue;
-        if (options.log != *other && !IsSameFile(options.log, *other)) continue;
-        PrintError(options.log, "cannot be the log as well");
-        return false;
+// Drops the clipboard and leaves the log as a crash would, without what has not been flushed; a temporary one
+// goes. Also where the memory ends in the midst of a script.
+class SessionFiles {
+public:
+    SessionFiles() = default;
+    SessionFiles(const SessionFiles &) = delete;
+    SessionFiles &operator=(const SessionFiles &) = delete;
+    ~SessionFiles() {
+        DropClipFile();
+        LogCloseFile();
+        if (temporaryLog[0] != '\0') RemoveFile(temporaryLog);
     }
-    return true;
-}
+    // The log forgets a file that it cannot open.
+    void logIsTemporary() { snprintf(temporaryLog, sizeof temporaryLog, "%s", EditLog.LogFileName); }
+
+private:
+    char temporaryLog[MAX_PATH_SIZE] = "";
+};
 
 // Begins the log in its file, or in a temporary one. False after a message.
-bool StartLog(const std::string &path) {
+bool StartLog(const std::string &path, SessionFiles &files) {
     if (path.empty()) {
         LogInit(LOG_SUFFIX);
-        return true;
+        files.logIsTemporary();
+        return FileErrors == 0;
     }
     InitEditLog();
     FileHandle file = NO_FILE;
@@ -51,20 +70,11 @@ bool StartLog(const std::string &path) {
         file = CreateForUpdate(EditLog.LogFileName);
     }
     if (file == NO_FILE) {
-        PrintError(path, "cannot be written");
+        PrintError(path, "cannot be written: " + FileFailure());
         return false;
     }
     CloseFile(file);
     return true;
-}
-
-// Leaves the log as a crash would, without what has not been flushed; a temporary one goes.
-void StopLog(const std::string &path) {
-    if (path.empty()) {
-        LogDeleteFile();
-    } else {
-        LogCloseFile();
-    }
 }
 
 // --- the script -----------------------------------------------------------------------------------
@@ -89,6 +99,8 @@ int PlayScript(std::istream &script, const std::string &name) {
             fprintf(stderr, "%u: not understood\n", number);
             return EXIT_BAD_USAGE;
         }
+        // What is done behind it would hang on what has been lost.
+        if (FileErrors != 0) return EXIT_BAD_USAGE;
     }
     if (!script.bad()) return EXIT_DONE;
     PrintError(name, "cannot be read");
@@ -96,17 +108,17 @@ int PlayScript(std::istream &script, const std::string &name) {
 }
 
 int EditDocument(std::istream &script, const EditOptions &options) {
-    if (!StartLog(options.log)) return EXIT_BAD_USAGE;
+    SessionFiles files;
+    if (!StartLog(options.log, files)) return EXIT_BAD_USAGE;
     BeginEditScript();
     int status = PlayScript(script, options.script);
     EndEditScript();
-    DropClipFile();
-    StopLog(options.log);
+    if (FileErrors != 0) return EXIT_BAD_USAGE;
     return status == EXIT_DONE ? WriteDocumentText(options.out) : status;
 }
 
 int Edit(const EditOptions &options) {
-    if (!LogIsAnotherFile(options)) return EXIT_BAD_USAGE;
+    if (!CanBeUsed(options)) return EXIT_BAD_USAGE;
     std::ifstream file;
     if (!options.script.empty()) {
         file.open(options.script, std::ios::binary);
@@ -121,6 +133,30 @@ int Edit(const EditOptions &options) {
     return EditDocument(options.script.empty() ? std::cin : file, options);
 }
 
+constexpr const char *SCRIPT_LINES = R"(The lines of a script; T is a time, TEXT the rest of the line:
+  show NAME                a row for the pattern, at the end
+  hide NAME                takes its row away
+  scale N, left T          the view: -26 to 4, and where it begins
+  press NAME T             the button goes down in the row; press! with Shift
+  move T, release T        the mouse moves in that row; the button goes up
+  select NAME T1 T2        press at T1, move to T2, release
+  duration TEXT            the dialog's field, committed as by leaving it;
+  value TEXT               with ! behind the word as by Enter
+  scaleby TEXT
+  repeat TEXT
+  state N                  a row of the list of states; state! by a double click
+  forever on|off           the check box
+  cut, copy, paste, delete, undo, redo, query, edit
+  insert NAME              inserts a sub-pattern
+  new NAME [KIND]          a new wave: test, in, out, bid or global;
+                           a name with $ in front makes a sub-pattern
+  remove NAME              removes the pattern
+  goto T                   the cursor, and in Edit mode the selection, go to T
+  status                   prints the selection
+  prompt                   prints the prompt line and the error strip
+  dump                     prints the document as the command dump does
+A line that begins with # is a comment.)";
+
 } // namespace
 
 void AddEdit(CLI::App &program, int &status) {
@@ -132,5 +168,6 @@ void AddEdit(CLI::App &program, int &status) {
         ->check(CheckFileName, "");
     command->add_option("SCRIPT", options->script, "the script; standard input if left out")
         ->check(CheckFileName, "");
+    command->footer(SCRIPT_LINES);
     command->callback([options, &status] { status = Edit(*options); });
 }

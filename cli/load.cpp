@@ -15,6 +15,7 @@
 #include "store/state_table.h"
 #include "wdl/compiler.h"
 #include "wdl/error_listing.h"
+#include "wdl/lexer.h"
 #include <cstdio>
 #include <cstring>
 
@@ -24,7 +25,15 @@ namespace {
 const char *loadedFile = "";
 
 void PrintSyntaxError(int line, int column, const char *message) {
-    fprintf(stderr, "%s:%d:%d: %s\n", loadedFile, line, column, message);
+    if (strcmp(message, NOT_A_TEXT) == 0) {
+        PrintError(loadedFile, "not a text file");
+    } else {
+        fprintf(stderr, "%s:%d:%d: %s\n", loadedFile, line, column, message);
+    }
+}
+
+void PrintWarning(int line, int column, const char *message) {
+    fprintf(stderr, "%s:%d:%d: warning: %s\n", loadedFile, line, column, message);
 }
 
 void FreeDocument() {
@@ -54,7 +63,8 @@ void InitEngine(const CommonOptions &options) {
 bool UseSimulator(const std::string &path) {
     if (path.empty()) return true;
     TextReader file(path.c_str());
-    if (file.isOpen() && FullPath(path.c_str(), SimulatorIniPath)) {
+    std::string why;
+    if (file.isOpen() && ReadsToItsEnd(path.c_str(), why) && FullPath(path.c_str(), SimulatorIniPath)) {
         ReadSimulatorSettings();
         return true;
     }
@@ -69,9 +79,17 @@ int Compile(TextReader &file, const CommonOptions &options) {
     WdlVersion = 4;
     FullSpanEnd = Settings.DefEndTime;
     LoadStateTables();
-    if (!CompileWdl(&file, path)) return EXIT_BAD_DOCUMENT;
+    if (!CompileWdl(&file, path)) {
+        if (!file.failed()) return EXIT_BAD_DOCUMENT;
+        PrintError(options.file, "cannot be read: " + file.failure());
+        return EXIT_BAD_USAGE;
+    }
     UpdateFullDuration();
-    ReadWaveList(path);
+    std::string why = ReadWaveList(path);
+    if (!why.empty()) {
+        PrintError(path, "cannot be read: " + why);
+        return EXIT_BAD_USAGE;
+    }
     ExtendSpan(Settings.EndTime);
     ValidateDurations();
     return EXIT_DONE;
@@ -79,9 +97,10 @@ int Compile(TextReader &file, const CommonOptions &options) {
 
 } // namespace
 
-int LoadDocumentFile(const CommonOptions &options) {
+int LoadDocumentFile(const CommonOptions &options, Warnings warnings) {
     FreeDocument();
     InitEngine(options);
+    WarningHook = warnings == Warnings::Printed ? PrintWarning : nullptr;
     loadedFile = options.file.c_str();
     if (options.file.size() >= MAX_PATH_SIZE) {
         PrintError(options.file, "the path is too long");

@@ -11,10 +11,6 @@
 
 namespace {
 
-struct LogOptions : CommonOptions {
-    std::string log;
-};
-
 constexpr size_t WORD = 4;
 
 // --- the fields -----------------------------------------------------------------------------------
@@ -185,19 +181,19 @@ int PrintEntries(FILE *file, const std::string &name) {
     }
 }
 
-int Log(const LogOptions &options) {
-    bool readable = CanAccessFile(options.log.c_str(), FileAccess::Read);
-    File file(readable ? fopen(options.log.c_str(), "rb") : nullptr, fclose);
-    if (file) return PrintEntries(file.get(), options.log);
-    PrintError(options.log, "cannot be read");
+int Log(const std::string &path) {
+    bool readable = CanAccessFile(path.c_str(), FileAccess::Read);
+    File file(readable ? fopen(path.c_str(), "rb") : nullptr, fclose);
+    if (file) return PrintEntries(file.get(), path);
+    PrintError(path, "cannot be read");
     return EXIT_BAD_USAGE;
 }
 
 } // namespace
 
 void AddLog(CLI::App &program, int &status) {
-    auto options = std::make_shared<LogOptions>();
-    CLI::App *command = AddCommand(program, *options, "log", "Print the entries of an edit log", false);
-    command->add_option("LOGFILE", options->log, "edit log")->required();
-    command->callback([options, &status] { status = Log(*options); });
+    auto path = std::make_shared<std::string>();
+    CLI::App *command = AddPlainCommand(program, "log", "Print the entries of an edit log");
+    command->add_option("LOGFILE", *path, "edit log")->required();
+    command->callback([path, &status] { status = Log(*path); });
 }

@@ -18,10 +18,15 @@ std::string CheckTime(const std::string &text) {
 
 } // namespace
 
-CLI::App *AddCommand(CLI::App &program, CommonOptions &options, const std::string &name,
-                     const std::string &description, bool takesFile) {
+CLI::App *AddPlainCommand(CLI::App &program, const std::string &name, const std::string &description) {
     CLI::App *command = program.add_subcommand(name, description);
     command->set_version_flag("--version", "kelvane-cli " KELVANE_VERSION);
+    return command;
+}
+
+CLI::App *AddCommand(CLI::App &program, CommonOptions &options, const std::string &name,
+                     const std::string &description, bool takesFile) {
+    CLI::App *command = AddPlainCommand(program, name, description);
     if (takesFile) command->add_option("FILE", options.file, "stimulus file")->required();
     command->add_option("--simulator", options.simulator, "the simulator's configuration file")
         ->type_name("INI");
@@ -35,7 +40,8 @@ CLI::Option *AddTime(CLI::App *command, const std::string &name, TimeVal &time,
                      const std::string &description) {
     return command
         ->add_option_function<std::string>(
-            name, [&time](const std::string &text) { ReadDecimal(text, time); }, description)
+            name, [&time](const std::string &text) { ReadDecimal(text, time); },
+            description + " (in counts of the document's smallest unit)")
         ->type_name("TIME")
         ->check(CheckTime, "");
 }

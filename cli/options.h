@@ -18,7 +18,9 @@ struct CommonOptions {
     uint32_t radix = 16;
 };
 
-// A command with the options that all of them take; with `takesFile` the file comes first.
+// A command without options.
+CLI::App *AddPlainCommand(CLI::App &program, const std::string &name, const std::string &description);
+// A command with the options that all take which load a document; with `takesFile` the file comes first.
 CLI::App *AddCommand(CLI::App &program, CommonOptions &options, const std::string &name,
                      const std::string &description, bool takesFile = true);
 

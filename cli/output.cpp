@@ -1,9 +1,10 @@
 #include "output.h"
 
-#include "platform/files.h"
-#include "platform/text_file.h"
+#include "platform/file_replacement.h"
+#include "shell/file_names.h"
 #include "wdl/writer.h"
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 
 namespace {
@@ -20,47 +21,39 @@ std::string DocumentText() {
     return text;
 }
 
-bool WriteWhole(const std::string &path, const std::string &text) {
-    TextWriter file(path.c_str());
-    if (!file.isOpen()) return false;
-    file.write(text);
-    return file.close();
+// Where a name leads to that nothing bears yet.
+fs::path Place(const fs::path &name) {
+    std::error_code ignored;
+    fs::path parent = name.has_parent_path() ? name.parent_path() : fs::path(".");
+    return fs::weakly_canonical(parent, ignored) / name.filename();
 }
 
-// A name beside `path` that no file bears.
-std::string NameBeside(const std::string &path) {
-    std::string name;
-    for (int n = 1; name.empty() || CanAccessFile(name.c_str(), FileAccess::Exists); ++n) {
-        name = path + "." + std::to_string(n) + ".tmp";
-    }
-    return name;
-}
-
-// Puts `text` in the place of the file at `path`, which stays as it is when that does not work. A link keeps
-// leading to the file, and the file keeps its permissions. What is no plain file, like a pipe, is written to.
-bool ReplaceFile(const std::string &path, const std::string &text) {
-    std::error_code error;
-    fs::path target = path;
-    fs::file_status status = fs::status(target, error);
-    bool exists = fs::exists(status);
-    if (exists && !fs::is_regular_file(status)) return WriteWhole(path, text);
-    if (exists) {
-        if (!CanAccessFile(path.c_str(), FileAccess::Write)) return false;
-        target = fs::canonical(target, error);
-        if (error) return false;
-    }
-    std::string temporary = NameBeside(target.string());
-    bool good = WriteWhole(temporary, text);
-    if (good && exists) {
-        fs::permissions(temporary, status.permissions(), error);
-        good = !error;
-    }
-    good = good && ReplaceFileWith(temporary.c_str(), target.string().c_str());
-    if (!good) RemoveFile(temporary.c_str());
-    return good;
+bool IsSameFile(const std::string &a, const std::string &b) {
+    if (a.empty() || b.empty() || IsDevice(a.c_str())) return false;
+    std::string first = FollowLinks(a.c_str()), second = FollowLinks(b.c_str());
+    std::error_code ignored;
+    return fs::equivalent(first, second, ignored) || Place(first) == Place(second);
 }
 
 } // namespace
+
+bool AreDifferentFiles(const std::vector<UsedFile> &files) {
+    for (const UsedFile &file : files) {
+        if (!file.written) continue;
+        for (const UsedFile &other : files) {
+            if (&other == &file || !IsSameFile(file.path, other.path)) continue;
+            PrintError(file.path, "cannot be " + file.role + " as well as " + other.role);
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string FileBeside(const std::string &document, const char *extension) {
+    char path[MAX_PATH_SIZE] = "";
+    if (document.size() < MAX_PATH_SIZE) memcpy(path, document.c_str(), document.size() + 1);
+    return SetExtension(path, extension) ? path : "";
+}
 
 std::string CheckFileName(const std::string &name) {
     return name.empty() ? "the name is empty" : "";
@@ -74,11 +67,12 @@ int WriteDocumentText(const std::string &out) {
     std::string text = DocumentText();
     if (out.empty()) {
         fwrite(text.data(), 1, text.size(), stdout);
-    } else if (!ReplaceFile(out, text)) {
-        PrintError(out, "cannot be written");
-        return EXIT_BAD_USAGE;
+        return EXIT_DONE;
     }
-    return EXIT_DONE;
+    FileReplacement file(out.c_str());
+    if (file.isOpen() && file.write(text) && file.finish() && file.commit()) return EXIT_DONE;
+    PrintError(out, "cannot be written: " + file.failure());
+    return EXIT_BAD_USAGE;
 }
 
 std::string FromLatin1(std::string_view text) {

@@ -4,11 +4,9 @@
 #include "editlog/recovery.h"
 #include "load.h"
 #include "output.h"
-#include "shell/file_names.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include <cstdio>
-#include <cstring>
 #include <memory>
 
 namespace {
@@ -17,34 +15,44 @@ struct RecoverOptions : CommonOptions {
     std::string out;
 };
 
+bool CanBeWritten(const RecoverOptions &options) {
+    return AreDifferentFiles({{"the document", options.file, false},
+                              {"the document's log", FileBeside(options.file, LOG_SUFFIX), false},
+                              {"the wave list", FileBeside(options.file, ".kel"), false},
+                              {"the simulator's file", options.simulator, false},
+                              {"the output", options.out, true}});
+}
+
 // Makes the log that lies beside the file the one in use, for reading. False after a message.
 bool OpenLog(const std::string &file) {
-    memcpy(EditLog.LogFileName, file.c_str(), file.size() + 1);
-    if (SetExtension(EditLog.LogFileName, LOG_SUFFIX))
-        EditLog.LogHandle = OpenForReading(EditLog.LogFileName);
+    snprintf(EditLog.LogFileName, sizeof EditLog.LogFileName, "%s", FileBeside(file, LOG_SUFFIX).c_str());
+    if (EditLog.LogFileName[0] != '\0') EditLog.LogHandle = OpenForReading(EditLog.LogFileName);
     if (EditLog.LogHandle != NO_FILE) return true;
     PrintError(EditLog.LogFileName, "cannot be read");
     return false;
 }
 
-void ReplayLog(const std::string &file) {
+// False after a message, when the disk does not give all of the log.
+bool ReplayLog(const std::string &file) {
     int64_t size = FileSize(EditLog.LogHandle);
     EditLog.rEofPtr = LogFileLength();
     Recovered recovered = RecoverFromLog();
+    if (recovered.unreadable) return false;
     fprintf(stderr, "%s: %u actions came back, %lld bytes at the tail of the log were dropped\n",
             file.c_str(), recovered.actions, static_cast<long long>(size - recovered.position));
     ValidateDurations();
+    return true;
 }
 
 int Recover(const RecoverOptions &options) {
+    if (!CanBeWritten(options)) return EXIT_BAD_USAGE;
     if (int status = LoadDocumentFile(options)) return status;
     InitEditLog();
     // The file stays open all along, as it could not be opened for writing again.
     int held = LogHoldOpen(1);
-    bool opened = OpenLog(options.file);
-    if (opened) ReplayLog(options.file);
+    bool replayed = OpenLog(options.file) && ReplayLog(options.file);
     LogHoldOpen(held);
-    return opened ? WriteDocumentText(options.out) : EXIT_BAD_USAGE;
+    return replayed ? WriteDocumentText(options.out) : EXIT_BAD_USAGE;
 }
 
 } // namespace

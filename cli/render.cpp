@@ -1,5 +1,6 @@
 // render: draws the document as the editor's window would show it.
 #include "commands.h"
+#include "config/settings.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
 #include "headless/picture.h"
@@ -18,6 +19,7 @@ struct RenderOptions : CommonOptions {
     bool toGiven = false;
     int width = 1000;
     int scale = 1;
+    bool sync = false;
 };
 
 // Takes the names apart. A comma may be part of a name, too: then what is no name by itself goes on behind
@@ -62,6 +64,7 @@ std::vector<uint16_t> AllNodes() {
 
 int Render(const RenderOptions &options) {
     if (int status = LoadDocumentFile(options)) return status;
+    Settings.ShowSyncActivity = options.sync;
     PictureRequest request;
     request.path = options.picture.c_str();
     request.from = options.from;
@@ -103,6 +106,7 @@ void AddRender(CLI::App &program, int &status) {
     command->add_option("--scale", options->scale, "magnifies a PNG by this whole number")
         ->type_name("N")
         ->check(CLI::Range(1, 32767).description(""));
+    command->add_flag("--sync", options->sync, "shows the phases of clocked formats");
     command->callback([options, rows, to, &status] {
         options->rowsGiven = rows->count() != 0;
         options->toGiven = to->count() != 0;

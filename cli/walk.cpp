@@ -1,9 +1,13 @@
 // segments, value and listing: what one pattern is made of.
 #include "commands.h"
+#include "config/settings.h"
 #include "display/data_listing.h"
 #include "display/wave_view.h"
 #include "edit/walker.h"
 #include "load.h"
+#include "store/pattern_store.h"
+#include "store/queries.h"
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -47,6 +51,16 @@ int PrintSegment(const WalkSegment *s) {
     return 1;
 }
 
+// The end of what ends: of a span without end a walk over an endless wave would never come back.
+TimeVal EndOfWhatEnds() {
+    TimeVal longest = Settings.EndTime == TIME_FOREVER ? 0 : Settings.EndTime;
+    for (uint32_t id = 1; id <= HighestPatternId; id++) {
+        TimeVal length = PatternInUse(id) ? PatternDuration(PatternFromId(id)) : TIME_FOREVER;
+        if (length != TIME_FOREVER) longest = std::max(longest, length);
+    }
+    return TimeAdd(longest, longest / 4);
+}
+
 int Segments(const SegmentsOptions &options) {
     int status;
     Pattern *pattern = LoadPattern(options, status);
@@ -55,8 +69,10 @@ int Segments(const SegmentsOptions &options) {
     if (options.names) flags |= WalkNames;
     if (options.waves) flags |= WalkWaves;
     if (options.sync) flags |= WalkSync;
-    TimeVal to = options.toGiven ? options.to : WaveView.SpanEnd;
-    WalkPattern(PrintSegment, pattern, options.from, to, flags, options.minDetail);
+    TimeVal to = options.to;
+    if (!options.toGiven) to = WaveView.SpanEnd == TIME_FOREVER ? EndOfWhatEnds() : WaveView.SpanEnd;
+    // A window that ends before it begins holds nothing.
+    if (options.from <= to) WalkPattern(PrintSegment, pattern, options.from, to, flags, options.minDetail);
     return EXIT_DONE;
 }
 
@@ -86,8 +102,9 @@ void AddSegments(CLI::App &program, int &status) {
     CLI::App *command =
         AddPatternCommand(program, *options, "segments", "Print a pattern's waveform as segments");
     AddTime(command, "--from", options->from, "start of the window; 0 if left out");
-    CLI::Option *to =
-        AddTime(command, "--to", options->to, "end of the window; the end of the span if left out");
+    CLI::Option *to = AddTime(
+        command, "--to", options->to,
+        "end of the window; if left out the end of the span, or of what ends in a document without end");
     AddTime(command, "--min-detail", options->minDetail, "shorter items are not told apart; 0 if left out");
     command->add_flag("--names", options->names, "tell the uses of named patterns");
     command->add_flag("--waves", options->waves, "show the inside of named patterns as well");

@@ -17,7 +17,6 @@ file(GLOB UNIT_SUPPORT CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/unit/support/
 add_library(unit_support STATIC ${UNIT_SUPPORT})
 target_include_directories(unit_support PUBLIC ${CMAKE_SOURCE_DIR}/tests)
 target_compile_options(unit_support PRIVATE ${WARNINGS})
-target_compile_definitions(unit_support PUBLIC KELVANE_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 target_link_libraries(unit_support PUBLIC kelvane_core gtest)
 
 if(KELVANE_FUZZ)
@@ -41,20 +40,32 @@ if(CLI_SOURCES)
   set_target_properties(kelvane-cli PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 endif()
 
-# --- unit tests: one program for each folder of tests/unit, under the sanitizers only --------------
+# --- unit tests: one program for each folder of tests/unit, with the sanitizers or coverage only --------------
 file(GLOB UNIT_FOLDERS LIST_DIRECTORIES true CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/unit/*)
 foreach(folder ${UNIT_FOLDERS})
   get_filename_component(name ${folder} NAME)
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
-  if(name STREQUAL "support" OR NOT sources OR NOT KELVANE_SANITIZE)
+  if(name STREQUAL "support" OR NOT sources OR NOT (KELVANE_SANITIZE OR KELVANE_COVERAGE))
     continue()
   endif()
   add_executable(unit_${name} ${sources})
   target_compile_options(unit_${name} PRIVATE ${WARNINGS})
   target_link_libraries(unit_${name} PRIVATE unit_support gtest_main)
   if(name STREQUAL "cli")
-    target_compile_definitions(unit_cli PRIVATE KELVANE_CLI="$<TARGET_FILE:kelvane-cli>")
+    # To the two files that ask for it alone: with a path of its own no other checkout shares what is compiled.
+    set_source_files_properties(${folder}/run_cli.cpp ${folder}/examples_test.cpp PROPERTIES COMPILE_DEFINITIONS
+      "KELVANE_CLI=\"$<TARGET_FILE:kelvane-cli>\";KELVANE_SOURCE_DIR=\"${CMAKE_SOURCE_DIR}\"")
     add_dependencies(unit_cli kelvane-cli)
+  endif()
+  if(name STREQUAL "faults")
+    # Loaded into kelvane-cli by the tests.
+    add_library(failing_memory MODULE ${CMAKE_SOURCE_DIR}/tests/faults/failing_memory.cpp)
+    target_compile_options(failing_memory PRIVATE ${WARNINGS} -fno-sanitize=all)
+    target_link_options(failing_memory PRIVATE -fno-sanitize=all)
+    target_link_libraries(failing_memory PRIVATE ${CMAKE_DL_LIBS})
+    target_compile_definitions(unit_faults PRIVATE
+      KELVANE_CLI="$<TARGET_FILE:kelvane-cli>" FAILING_MEMORY="$<TARGET_FILE:failing_memory>")
+    add_dependencies(unit_faults kelvane-cli failing_memory)
   endif()
   add_test(NAME ${name} COMMAND unit_${name} --gtest_brief=1)
 endforeach()
@@ -62,7 +73,7 @@ endforeach()
 # --- benchmarks ---------------------------------------------------------------------------------------
 file(GLOB BENCH_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/bench/*.cpp)
 list(FILTER BENCH_SOURCES EXCLUDE REGEX "_win\\.cpp$")
-if(BENCH_SOURCES AND NOT KELVANE_SANITIZE)
+if(BENCH_SOURCES AND NOT (KELVANE_SANITIZE OR KELVANE_COVERAGE))
   find_package(benchmark REQUIRED)
   add_executable(kelvane-bench ${BENCH_SOURCES})
   target_compile_options(kelvane-bench PRIVATE ${WARNINGS})

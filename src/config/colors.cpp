@@ -57,6 +57,7 @@ void InitColors() {
 }
 
 void LoadColors(const char *path) {
+    if (!CheckSettingsFile(path)) return;
     for (const ColorKey &key : COLOR_KEYS) {
         int index = ProfileInteger(SECTION, key.name, ColorSettings[key.entry], path);
         if (index >= 0 && index < static_cast<int>(ColorTable.size()))

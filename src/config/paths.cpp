@@ -23,7 +23,7 @@ constexpr char DEFAULT_SEPARATOR = '.';
 void CopyContextPath(const char *key, char (&out)[MAX_PATH_SIZE]) {
     out[0] = '\0';
     DesignContext context = OGXEDAOpenCurrentContext();
-    if (!context) return;
+    if (!context) return; // never: the stand-in for the suite's library always has one
     OGXEDACopyContextPath(context, key, out);
     OGXEDACloseContext(context);
 }

@@ -1,6 +1,8 @@
 #include "config/settings.h"
 #include "config/paths.h"
 #include "platform/profile.h"
+#include "platform/text_file.h"
+#include "shell/reporting.h"
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -14,6 +16,10 @@ constexpr const char *SECTION = "Preferences";
 constexpr double POINTS_PER_INCH = 72.0;
 // The longest time axis that a new document begins with, in counts.
 constexpr int32_t LARGEST_END_TIME = 100000;
+
+// The preferences are there but could not be read: what is in force are not the user's, and must not replace
+// them.
+bool preferencesUnread;
 
 int32_t ReadInteger(const char *key, int32_t fallback) {
     return ProfileInteger(SECTION, key, fallback, SettingsIniPath);
@@ -70,6 +76,7 @@ void InitSettings() {
         .DefClockMultiplier = 1,
         .DefBasicUnit = 12,
         .DefDecimals = 0,
+        .KeysToWaves = false,
         .AutoClockAssign = true,
         .EndTime = 100000,
         .ClockMultiplier = 1,
@@ -85,6 +92,14 @@ void InitSettings() {
         .StartupCommand = 220,
     };
     InitColors();
+    preferencesUnread = false;
+}
+
+bool CheckSettingsFile(const char *path) {
+    std::string why;
+    if (ReadsToItsEnd(path, why)) return true;
+    UserErrorFormat("Unable to read file %s: %s", path, why.c_str());
+    return false;
 }
 
 void ResetDocumentSettings() {
@@ -98,6 +113,8 @@ void ResetDocumentSettings() {
 // A radix of 2 and a unit of 15 (fs) can be saved and are refused here, so that the next start has 16 and 12;
 // radix 1, with which bus values have no text, is taken. All three are meant.
 void LoadPreferences() {
+    preferencesUnread = !CheckSettingsFile(SettingsIniPath);
+    if (preferencesUnread) return;
     ReadBelow("Waveform Text Padding", 16, Settings.WaveTextPadding);
     ReadBelow("Waveform Gap", 32, Settings.WaveGap);
     int32_t radix = ReadInteger("Bus Radix", static_cast<int32_t>(Settings.BusRadix));
@@ -117,9 +134,11 @@ void LoadPreferences() {
     if (unit >= 1 && unit < 15 && unit % 3 == 0) Settings.DefBasicUnit = unit;
     int32_t decimals = ReadInteger("Decimals", Settings.DefDecimals);
     if (decimals >= 0 && decimals <= 3) Settings.DefDecimals = decimals;
+    ReadBoolean("Keys To Waves", Settings.KeysToWaves);
 }
 
 void SavePreferences() {
+    if (preferencesUnread) return;
     WriteInches("Print Side Margins", Settings.PrintSideMargin);
     WriteInches("Print Vertical Margins", Settings.PrintVertMargin);
     WriteInteger("Print Landscape", Settings.PrintLandscape);
@@ -133,4 +152,5 @@ void SavePreferences() {
     WriteInteger("Basic Unit", Settings.DefBasicUnit);
     WriteInteger("Decimals", Settings.DefDecimals);
     WriteInteger("KEL End Time", static_cast<int32_t>(Settings.DefEndTime));
+    WriteInteger("Keys To Waves", Settings.KeysToWaves);
 }

@@ -21,6 +21,7 @@ struct SettingsRecord {
     uint32_t DefClockMultiplier;
     int32_t DefBasicUnit;
     int32_t DefDecimals;
+    bool KeysToWaves; // a selection leaves the keyboard to the waves
 
     // The open document's.
     bool AutoClockAssign;     // new nodes get the clock A
@@ -47,9 +48,12 @@ void InitSettings();
 // The document half from the preferences half.
 void ResetDocumentSettings();
 // Reads and writes the section "Preferences" of SettingsIniPath. A value out of range leaves the setting as
-// it is; nothing is reported.
+// it is, and nothing is reported. A file that the disk does not give back is told, and not written to again.
 void LoadPreferences();
 void SavePreferences();
+
+// True if there is no such file, or it can be read to its end; false after a message.
+bool CheckSettingsFile(const char *path);
 
 // The 16 fixed colours, as 0xRRGGBB.
 extern const std::array<uint32_t, 16> ColorTable;

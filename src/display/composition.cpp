@@ -10,6 +10,7 @@
 #include "store/pattern_store.h"
 #include <algorithm>
 #include <array>
+#include <span>
 #include <vector>
 
 PaintRangeRecord PaintRange;
@@ -73,8 +74,7 @@ void RepaintRows(Pane pane, int32_t left, int32_t right, uint32_t first, uint32_
 }
 
 bool RefersToChanged(const Pattern *pattern) {
-    for (uint32_t i = 0; i < pattern->itemCount; i++) {
-        const PatternItem &item = pattern->item(i);
+    for (const PatternItem &item : std::span(pattern->items(), pattern->itemCount)) {
         if (item.isReference() && PatternInUse(item.patternId()) &&
             PatternFromId(item.patternId())->changed()) {
             return true;

@@ -15,8 +15,7 @@ namespace {
 
 Pattern *SelectedPattern() {
     // While the program ends there may be a selection but no rows any more.
-    if (!WaveRows || WaveView.SelectRow >= WaveView.RowCount) return nullptr;
-    return PatternFromId(WaveRows[WaveView.SelectRow].PatternId);
+    return WaveView.SelectRow < WaveView.RowCount ? RowPattern(WaveView.SelectRow) : nullptr;
 }
 
 std::string MarkDelta() {

@@ -247,18 +247,20 @@ void PlacePanes(const FrameLayout &layout) {
 
 void WheelOverPanes(UINT message, WPARAM wParam, LPARAM lParam) {
     int turn = GET_WHEEL_DELTA_WPARAM(wParam);
-    if (message == WM_MOUSEHWHEEL) {
-        WheelTipped(turn);
-        return;
-    }
     POINT place = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-    HWND under = WindowFromPoint(place);
-    Pane pane = Pane::Name;
-    for (Pane other : {Pane::Ruler, Pane::Wave}) {
+    // While a button is held the panel of the press gets all.
+    HWND captured = GetCapture(), under = captured ? captured : WindowFromPoint(place);
+    Pane pane = Pane::None;
+    for (Pane other : {Pane::Ruler, Pane::Name, Pane::Wave}) {
         if (under && under == PaneWindow(other)) pane = other;
     }
     if (under) ScreenToClient(under, &place);
-    WheelTurned(pane, place.x, turn, KeysOf(GET_KEYSTATE_WPARAM(wParam)), WheelRows());
+    PixelPoint at = {place.x, place.y};
+    if (message == WM_MOUSEHWHEEL) {
+        WheelTipped(pane, at, turn);
+    } else {
+        WheelTurned(pane, at, turn, KeysOf(GET_KEYSTATE_WPARAM(wParam)), WheelRows());
+    }
 }
 
 bool OpenWindow() {

@@ -175,7 +175,9 @@ void DrawRowWaves(uint32_t row) {
 
 int DrawSegment(const WalkSegment *segment) {
     TimeVal start = std::max(segment->start, RowDraw.clipStart);
-    TimeVal end = std::max(std::min(segment->end, RowDraw.clipEnd), start);
+    // What goes on forever ends with the axis.
+    TimeVal limit = std::min(RowDraw.clipEnd, WaveView.SpanEnd);
+    TimeVal end = std::max(std::min(segment->end, limit), start);
     if (segment->segFlags & SegCoarse) {
         // Too fine to show: a band follows with the next segment that is not, or at the end.
         if ((segment->segFlags & SegLast) && RowDraw.lastDrawn < end) DrawDenseBand(end);

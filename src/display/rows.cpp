@@ -19,7 +19,7 @@ namespace {
 constexpr const char *TOO_MANY_ROWS = "Too many waveforms displayed";
 
 bool IsRow(uint32_t row) {
-    return WaveRows && row < WaveView.RowCount;
+    return row < WaveView.RowCount;
 }
 
 void LogRowInserted(uint32_t row) {
@@ -163,8 +163,11 @@ Pattern *ShowWaveByName(const char *name) {
     return PatternFromId(id);
 }
 
+void ShowNewRow(uint16_t patternId) {
+    if (WaveRows) AppendRow(patternId);
+}
+
 void DuplicateHighlightedRows() {
-    if (!WaveRows) return;
     uint32_t firstNew = WaveView.RowCount;
     for (uint32_t row = 0; row < firstNew; row++) {
         if (!WaveRows[row].highlighted()) continue;
@@ -187,16 +190,13 @@ void DuplicateHighlightedRows() {
 void HideRow(uint32_t row) {
     if (!IsRow(row)) return;
     bool widestGone = false;
-    DrawOverlay(false);
     RemoveRow(row, widestGone);
     WaveView.SelectRow = NO_ROW;
     RowSelectionChanged();
     ShowRemoval(row, widestGone);
-    DrawOverlay(true);
 }
 
 void HideHighlightedRows() {
-    if (!WaveRows) return;
     uint32_t lowest = NO_ROW;
     bool widestGone = false;
     for (uint32_t row = WaveView.RowCount; row-- > 0;) {
@@ -233,7 +233,6 @@ void SelectRowOnly(uint32_t row, bool clearOthers) {
 }
 
 void SelectRowHighlight(uint32_t row, bool exclusive) {
-    if (!WaveRows) return;
     if (exclusive) {
         for (uint32_t other = 0; other < WaveView.RowCount; other++) {
             if (other != row) SetHighlight(other, false);

@@ -3,11 +3,14 @@
 
 #include "display/row_metrics.h"
 #include "display/row_table.h"
+#include <string>
 
 // Inserts a row for the pattern before `position`; used when a logged removal is undone.
 void AddWaveRow(uint16_t patternId, uint32_t position);
 // Appends a row for the pattern of this name unless it has one, and selects it. Null if there is none.
 Pattern *ShowWaveByName(const char *name);
+// Appends a row for the pattern while a document is being read, where there is room for one more.
+void ShowNewRow(uint16_t patternId);
 // Appends copies of the highlighted rows, which take the highlight over.
 void DuplicateHighlightedRows();
 void HideRow(uint32_t row);
@@ -16,8 +19,9 @@ void HideHighlightedRows();
 int32_t MeasureNameWidths();
 // Asks the hierarchy link for the handles of all rows, behind those that they have.
 void RebindNetHandles();
-// Reads the wave list beside the document; `path` (MAX_PATH_SIZE) ends in ".kel" afterwards.
-void ReadWaveList(char *path);
+// Reads the wave list beside the document; `path` (MAX_PATH_SIZE) ends in ".kel" afterwards. Empty, or why
+// the disk did not give all of it.
+std::string ReadWaveList(char *path);
 
 // Makes `row` the selected row and highlights it; with `clearOthers` the others lose their highlight.
 void SelectRowOnly(uint32_t row, bool clearOthers);

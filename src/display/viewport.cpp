@@ -107,12 +107,15 @@ void CentreOn(TimeVal t, bool force) {
 void ExtendSpan(TimeVal endTime) {
     // The end of the data shall not stick to the edge of the window.
     TimeVal want = TimeAdd(endTime, endTime / 4);
-    if (WaveView.SpanEnd >= want) return;
+    TimeVal before = WaveView.SpanEnd;
+    if (before >= want) return;
     WaveView.SpanEnd = want;
     FullSpanEnd = want;
     if (!DisplayOpen) return;
     UpdateTimeScrollBar();
     InvalidatePane(Pane::Ruler);
+    // Rows without end reach to the end of the axis.
+    if (before < TimeAdd(WaveView.ViewLeft, PixelsToTime(WaveView.WavePaneWidth))) InvalidatePane(Pane::Wave);
 }
 
 void InitViewport() {

@@ -27,13 +27,13 @@ bool IsWaveLine(const char *line) {
 
 } // namespace
 
-void ReadWaveList(char *path) {
-    if (!SetExtension(path, ".kel")) return;
+std::string ReadWaveList(char *path) {
+    if (!SetExtension(path, ".kel")) return "";
     TextReader file(path);
-    if (!file.isOpen()) return;
     char line[LINE_SIZE];
     while (file.readLine(line, sizeof line) >= 0) {
         if (!IsWaveLine(line)) continue;
         if (const char *name = SecondWord(line)) ShowWaveByName(name);
     }
+    return file.failure();
 }

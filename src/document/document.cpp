@@ -6,6 +6,9 @@
 #include "display/rows.h"
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
+#include "document/all_nodes.h"
+#include "document/document_files.h"
+#include "document/held_document.h"
 #include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "editlog/recovery.h"
@@ -20,7 +23,6 @@
 #include "store/queries.h"
 #include "store/state_table.h"
 #include "wdl/compiler.h"
-#include "wdl/writer.h"
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -56,7 +58,7 @@ constexpr FileKind fileKinds[] = {
 constexpr FileKind otherFileKind = {0, "Files", "All Files", ".wdl", ".*"};
 
 const FileKind &FileKindInForce() {
-    for (const FileKind &entry : fileKinds) {
+    for (const FileKind &entry : fileKinds) { // never: the kind is fixed, and in the table
         if (entry.kind == ApplicationKind) return entry;
     }
     return otherFileKind;
@@ -79,15 +81,24 @@ bool OpenDocumentFile(const char *path, std::unique_ptr<TextReader> &file) {
     return false;
 }
 
-// Compiles the open file into the fresh store. False after a message.
+void TellUnread(const char *path, const std::string &why) {
+    UserErrorFormat("Unable to read file %s: %s", path, why.c_str());
+}
+
+// Compiles the open file into the fresh store, and reads the wave list. False after a message.
 bool ReadDocumentFile(TextReader *file, char *path) {
     if (CompileWdl(file, path)) {
         UpdateFullDuration();
-        ReadWaveList(path);
-        return true;
+        std::string why = ReadWaveList(path);
+        if (!why.empty()) TellUnread(path, why);
+        return why.empty();
     }
     memset(PatternTable, 0, TABLE_ENTRIES_DROPPED * sizeof *PatternTable);
-    UserErrorFormat("Compilation errors in file %s", FileNamePart(path));
+    if (file->failed()) {
+        TellUnread(path, file->failure());
+    } else {
+        UserErrorFormat("Compilation errors in file %s", FileNamePart(path));
+    }
     return false;
 }
 
@@ -102,8 +113,11 @@ bool FillStore(TextReader *file, char *path) {
     int held = LogHoldOpen(1);
     EditLog.Recording = 0;
     ResetForLoad();
-    bool good = LoadStateTables() != 0;
-    if (!good) UserError("Errors loading state tables");
+    bool good = CheckSettingsFile(SimulatorIniPath);
+    if (good && !LoadStateTables()) { // never: what cannot be read of the tables is left out
+        UserError("Errors loading state tables");
+        good = false;
+    }
     if (good && file) good = ReadDocumentFile(file, path);
     if (good) ExtendSpan(Settings.EndTime);
     LogHoldOpen(held);
@@ -111,10 +125,10 @@ bool FillStore(TextReader *file, char *path) {
     return good;
 }
 
-void SetTitleFromPath(bool upperCase) {
+void SetTitleFromPath() {
     char name[MAX_PATH_SIZE];
     BaseName(DocumentPath, name);
-    if (upperCase) UpperCase(name);
+    UpperCase(name);
     SetMainTitle(name);
 }
 
@@ -148,19 +162,33 @@ int OpenNamed(const char *path) {
     snprintf(DocumentPath, sizeof DocumentPath, "%s", path);
     ChangeToDirectoryOf(DocumentPath);
     ShowWaitCursor();
-    SetTitleFromPath(true);
+    SetTitleFromPath();
     if (!ReloadDocument()) return 0;
     FrameInvalidate();
     return 1;
 }
 
 int OpenUntitled() {
+    TakeDocument("");
     ShowWaitCursor();
     DocumentPath[0] = '\0';
     SetMainTitle("");
     int result = ReloadDocument();
     FrameInvalidate();
     return result;
+}
+
+// Writes the document to a file that no other program has open.
+int WriteTaken(const char *path) {
+    if (!TakeDocument(path)) return 0;
+    int written = WriteAndReport(path);
+    RetakeDocument(DocumentPath);
+    return written;
+}
+
+// The folder of the document, for a dialog to begin in; null for an untitled one.
+const char *DocumentFolder(char (&folder)[MAX_PATH_SIZE]) {
+    return DocumentPath[0] != '\0' ? DirectoryOf(DocumentPath, folder) : nullptr;
 }
 
 // A new file under a name that the user gives; the other tools are told of it.
@@ -171,6 +199,7 @@ void MakeRequestedFile() {
                         sizeof path, WDL_EXTENSION)) {
         return;
     }
+    if (!TakeDocument(path)) return;
     snprintf(DocumentPath, sizeof DocumentPath, "%s", path);
     if (!ReloadDocument() || !SaveDocument(false)) return;
     SetExtension(DocumentPath, WDL_EXTENSION);
@@ -196,7 +225,7 @@ int LoadDocument(char *path) {
     bool failed = false;
     if (*path != '\0') {
         SetExtension(path, WDL_EXTENSION);
-        failed = !OpenDocumentFile(path, file);
+        failed = !SettleSave(path) || !OpenDocumentFile(path, file);
     }
     DocumentStart = 0;
     if (failed) return 0;
@@ -220,6 +249,7 @@ int ReloadDocument() {
         ReleaseWindows();
         return 0;
     }
+    ShowNodesWithoutWaveList();
     DisplayOpen = 1;
     MeasureNameWidths();
     UpdateTimeScrollBar();
@@ -232,21 +262,21 @@ int ReloadDocument() {
 
 int OpenDocument(const char *path, bool isNew) {
     char chosen[MAX_PATH_SIZE];
-    snprintf(chosen, sizeof chosen, "%s", path ? path : "");
+    snprintf(chosen, sizeof chosen, "%s", path);
     if (!QuerySaveChanges(true)) return 1;
     if (chosen[0] == '\0' && !isNew && !BrowseForOpen(chosen, sizeof chosen)) return 1;
-    if (chosen[0] != '\0') {
-        int opened = OpenNamed(chosen);
-        if (opened && !isNew) return 1;
-        if (!opened) chosen[0] = '\0';
-    }
-    return AllowNewDocument ? OpenUntitled() : 0;
+    if (!TakeDocument(chosen)) return 1;
+    if (chosen[0] != '\0' && OpenNamed(chosen) && !isNew) return 1;
+    return AllowNewDocument ? OpenUntitled() : 0; // never: it is fixed
 }
 
 int BrowseForOpen(char *buffer, int size) {
     const FileKind &kind = FileKindInForce();
-    if (!OpenFileDialog(nullptr, kind.openTitle, nullptr, buffer, size, kind.openExtension, false)) return 0;
-    char full[MAX_PATH_SIZE];
+    char folder[MAX_PATH_SIZE], full[MAX_PATH_SIZE];
+    if (!OpenFileDialog(nullptr, kind.openTitle, DocumentFolder(folder), buffer, size, kind.openExtension,
+                        false)) {
+        return 0;
+    }
     if (FullPath(buffer, full)) snprintf(buffer, static_cast<size_t>(size), "%s", full);
     SetExtension(buffer, kind.openExtension);
     LowerCase(FileNamePart(buffer));
@@ -256,7 +286,8 @@ int BrowseForOpen(char *buffer, int size) {
 int BrowseForSave(char *buffer, int size) {
     const FileKind &kind = FileKindInForce();
     if (*buffer != '\0') SetExtension(buffer, kind.saveExtension);
-    return SaveFileDialog(nullptr, kind.saveTitle, nullptr, buffer, size, kind.saveExtension);
+    char folder[MAX_PATH_SIZE];
+    return SaveFileDialog(nullptr, kind.saveTitle, DocumentFolder(folder), buffer, size, kind.saveExtension);
 }
 
 int SaveDocument(bool saveAs) {
@@ -265,7 +296,7 @@ int SaveDocument(bool saveAs) {
         bool exists = CanAccessFile(DocumentPath, FileAccess::Exists);
         if (exists && !CanAccessFile(DocumentPath, FileAccess::Write)) ForceSaveAs = 1;
     }
-    if (!saveAs && !ForceSaveAs && DocumentPath[0] != '\0') return WriteAndReport(DocumentPath);
+    if (!saveAs && !ForceSaveAs && DocumentPath[0] != '\0') return WriteTaken(DocumentPath);
     char name[MAX_PATH_SIZE];
     snprintf(name, sizeof name, "%s", FileNamePart(DocumentPath));
     if (ForceSaveAs) {
@@ -273,24 +304,26 @@ int SaveDocument(bool saveAs) {
     }
     if (!BrowseForSave(name, sizeof name)) return 0;
     LowerCase(FileNamePart(name));
-    return WriteAndReport(name);
+    return WriteTaken(name);
 }
 
 int WriteAndReport(const char *path) {
     ShowWaitCursor();
-    WriteDocumentFiles(path);
-    // Said whatever became of the files: the writer does not report.
+    if (!WriteDocumentFiles(path)) return 0;
     ShowErrorStrip("\\File successfully saved");
-    SetTitleFromPath(true);
+    SetTitleFromPath();
     return 1;
 }
 
 int WriteDocumentFiles(const char *path) {
-    if (path != DocumentPath) snprintf(DocumentPath, sizeof DocumentPath, "%s", path);
-    SetExtension(DocumentPath, WDL_EXTENSION);
-    LowerCase(FileNamePart(DocumentPath));
-    WriteWdlFile(DocumentPath);
+    char target[MAX_PATH_SIZE];
+    snprintf(target, sizeof target, "%s", path);
+    SetExtension(target, WDL_EXTENSION);
+    LowerCase(FileNamePart(target));
+    if (!WriteWdlFile(target)) return 0;
+    snprintf(DocumentPath, sizeof DocumentPath, "%s", target);
     LogReset(0);
+    EndSave(DocumentPath);
     return 1;
 }
 

@@ -22,14 +22,18 @@ int ReloadDocument();
 // Opens a document: `path`, one that the user is asked for, or, with `isNew`, an untitled one. 1 unless the
 // load failed.
 int OpenDocument(const char *path, bool isNew);
-// Writes the document; 0 when the user gave up.
+// Writes the document; 0 when the user gave up, or after a message when it could not be written.
 int SaveDocument(bool saveAs);
 // True if the caller may go on, asking the user whether to save first if there are changes.
 int QuerySaveChanges(bool allowCancel);
 int IsDocumentModified();
 int BrowseForOpen(char *buffer, int size);
 int BrowseForSave(char *buffer, int size);
+// Writes the document, says so, and takes over the title. 0 after a message; then log, title and DocumentPath
+// are as they were.
 int WriteAndReport(const char *path);
+// The same in silence when it is done. DocumentPath takes `path`, whose extension is forced and whose base
+// name gets small letters.
 int WriteDocumentFiles(const char *path);
 // A request of the message service: code 0 makes a new named file, code 1 opens a named one. 1 if the code is
 // one of these.

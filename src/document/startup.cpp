@@ -11,9 +11,12 @@
 #include "display/rows.h"
 #include "display/ruler_cursor.h"
 #include "display/viewport.h"
+#include "document/all_nodes.h"
 #include "document/document.h"
+#include "document/held_document.h"
 #include "editlog/edit_log.h"
 #include "editlog/recovery.h"
+#include "platform/faults.h"
 #include "shell/file_names.h"
 #include "shell/frame.h"
 #include "shell/reporting.h"
@@ -60,7 +63,7 @@ void InitState() {
 
 std::vector<std::string> SplitCommandLine(const char *text) {
     std::vector<std::string> words = {""};
-    while (true) {
+    for (;;) {
         while (*text != '\0' && IsBlank(*text)) ++text;
         if (*text == '\0') return words;
         std::string word;
@@ -92,6 +95,7 @@ void ParseCommandLine(const std::vector<std::string> &words) {
 void PrepareApplication(const char *commandLine) {
     InitState();
     LogInit(LOG_SUFFIX);
+    CallOnFault(LogWriteFinished);
     ReadDesignContext();
     LoadColors(ColorsIniPath);
     ParseCommandLine(SplitCommandLine(commandLine));
@@ -100,7 +104,9 @@ void PrepareApplication(const char *commandLine) {
 int RunAfterCreate() {
     LoadPreferences();
     BuildLevelColour();
-    if (!AllocWaveRows() || !LoadDocument(DocumentPath)) return 1;
+    if (!AllocWaveRows()) return 1; // never: at the start there is memory for so little
+    if (!TakeDocument(DocumentPath) || !LoadDocument(DocumentPath)) return 1;
+    ShowNodesWithoutWaveList();
     InitWaveMetrics();
     LogReset(1);
     int held = LogHoldOpen(1);

@@ -97,9 +97,7 @@ void Canonicalize(std::string &name) {
 
 // True if a file that has this canonical name in it reads as the same name.
 bool CanBeSaved(const std::string &name) {
-    auto endsToken = [&name](char c) {
-        return static_cast<signed char>(c) <= ' ' || c == ';' || (c == ')' && name[0] == '$');
-    };
+    auto endsToken = [&name](char c) { return c == ';' || (c == ')' && name[0] == '$'); };
     if (std::any_of(name.begin(), name.end(), endsToken)) return false;
     std::string again = name;
     Canonicalize(again);
@@ -167,7 +165,6 @@ void InsertPattern(const char *name) {
         ShowCursorReadout();
         ShowSelection();
     }
-    RepaintChanged(false);
     LogHoldOpen(held);
 }
 
@@ -175,7 +172,11 @@ std::string NewWaveName(std::string_view text, int kind) {
     std::string name(text.substr(0, NEW_WAVE_NAME_LIMIT));
     if (name.empty()) return name;
     DropLeadingDollars(name);
-    if (kind == NEW_WAVE_PATTERN) return "$" + name;
+    if (kind == NEW_WAVE_PATTERN) {
+        std::string rest = name;
+        Canonicalize(rest);
+        return rest.empty() ? rest : "$" + name;
+    }
     Canonicalize(name);
     // What stood in front of them may have been no part of the name.
     DropLeadingDollars(name);
@@ -196,6 +197,8 @@ bool AddNewWave(std::string_view text, int kind) {
         FindOrCreateNode(name.data(), kind == NEW_WAVE_PATTERN ? 0 : static_cast<uint32_t>(kind));
     if (pattern) {
         ShowWaveByName(name.c_str());
+        // One that was there may have got other parameters.
+        ValidateDurations();
         RepaintChanged(false);
         TellLists(name.c_str());
         ShowSelection();

@@ -28,8 +28,8 @@ constexpr int NEW_WAVE_PATTERN = -1;
 // Characters of the name's field.
 constexpr size_t NEW_WAVE_NAME_LIMIT = 80;
 
-// The name that Add makes of the field's text, which may be empty: of a node in its canonical form, of a
-// pattern with one "$" in front. `kind` is a pin type or NEW_WAVE_PATTERN.
+// The name that Add makes of the field's text: of a node in its canonical form, of a pattern with one "$" in
+// front. It is empty where nothing is left of the text but that. `kind` is a pin type or NEW_WAVE_PATTERN.
 std::string NewWaveName(std::string_view text, int kind);
 // Makes the wave of this name and kind, or finds it, and shows it as a row. False without a name, for one
 // that could not be saved, and where there can be no such wave, which the error strip tells.

@@ -9,14 +9,10 @@
 #include "store/queries.h"
 #include "store/signal_name.h"
 #include <array>
+#include <cstring>
+#include <string>
 
 namespace {
-
-// The pattern that holds a single signal, and where: counted from 1 along its name.
-struct Holder {
-    uint16_t id = 0;
-    uint32_t MemberPosition = 0;
-};
 
 using HolderRule = bool (*)(const Pattern *pattern);
 
@@ -36,35 +32,69 @@ Holder FindHolder(const char *SearchName, HolderRule rule) {
     } search = {rule, {}};
     NameIndexVisitMember(
         SearchName,
-        [](Pattern *pattern, uint32_t position, void *context) {
+        [](Pattern *pattern, uint32_t MemberPosition, void *context) {
             auto *found = static_cast<Search *>(context);
             if (!found->rule(pattern)) return false;
-            found->holder = {pattern->id, position};
+            found->holder = {pattern->id, (pattern->width - MemberPosition) & 31};
             return true;
         },
         &search);
     return search.holder;
 }
 
+// The name under which a member stands by itself. A mark of inversion behind a comma is kept as it was typed;
+// at the start of a name it is read as the bar's character.
+std::string OwnName(const char *member) {
+    std::string name(strlen(member) + 2, '\0');
+    memcpy(name.data(), member, strlen(member));
+    CanonicalizeName(name.data());
+    return name.c_str();
+}
+
+Holder FindBitNamed(const char *name) {
+    Holder holder = FindHolder(name, IsPlain);
+    if (holder.id != 0) return holder;
+    const Pattern *bearer = FindPattern(name);
+    if (!bearer) return {};
+    if (bearer->kind() != PatternKind::Reference || bearer->itemCount == 0) return {bearer->id, 0};
+    const PatternItem &item = bearer->item(0);
+    return {item.patternId(), item.sliceOffset()};
+}
+
 // Appends one bit of the holder to a reference pattern. Null without room, which has then been shown.
 Pattern *AppendBit(Pattern *node, Holder holder) {
-    uint32_t offset = PatternFromId(holder.id)->width - holder.MemberPosition;
-    return InsertReference(node, PatternKind::Reference, node->itemCount, holder.id, 1, 1, 1, offset & 31, 0);
+    return InsertReference(node, PatternKind::Reference, node->itemCount, holder.id, 1, 1, 1,
+                           holder.sliceOffset, 0);
+}
+
+void SetPinType(Pattern *node, uint32_t pinType) {
+    SetPatternParams(node, node->stateTable(), pinType, static_cast<uint32_t>(node->format()), node->period,
+                     node->duty, node->clock());
+}
+
+// What looks at other patterns has no clock of its own.
+void ClearClock(Pattern *node) {
+    SetPatternParams(node, node->stateTable(), node->pinType(), static_cast<uint32_t>(node->format()),
+                     node->period, node->duty, 0);
 }
 
 Pattern *CreatePlainNode(const char *name, uint32_t pinType) {
     Pattern *node = CreatePattern(0, name, 0);
-    if (node) node->setPinType(pinType);
+    if (node) SetPinType(node, pinType);
     return node;
 }
 
 Pattern *CreateBitOfBus(const char *name, Holder bus, uint32_t pinType) {
-    Pattern *node = CreatePlainNode(name, pinType);
+    Pattern *node = CreatePattern(0, name, 0);
     if (!node) return nullptr;
-    node->setClock(0);
+    ClearClock(node);
     uint16_t id = node->id;
     node = AppendBit(node, bus);
-    if (!node) DeletePattern(PatternFromId(id));
+    if (node) {
+        SetPinType(node, pinType);
+    } else {
+        DeletePattern(PatternFromId(id));
+    }
     return node;
 }
 
@@ -92,20 +122,18 @@ int MemberExists(const char *member, void *) {
         &search);
 }
 
+int BitExists(const char *member, void *) {
+    return FindBit(member).id != 0;
+}
+
 // Nonzero if there is no room, which has then been shown.
 int AddMemberSlice(const char *member, void *context) {
     auto *bus = static_cast<BusOfBits *>(context);
-    Holder holder = FindHolder(member, IsPlain);
+    Holder holder = FindBit(member);
     if (holder.id == 0) {
-        // Members compare with case and patterns without: a second pattern of the name could never be saved
-        // and read again, so the one that bears it is the bit.
-        const Pattern *bearer = FindPattern(member);
-        if (bearer) holder = {bearer->id, 1};
-    }
-    if (holder.id == 0) {
-        const Pattern *bit = CreatePlainNode(member, bus->NodePinType);
+        const Pattern *bit = CreatePlainNode(OwnName(member).c_str(), bus->NodePinType);
         if (!bit) return 1;
-        holder = {bit->id, 1};
+        holder = {bit->id, 0};
         bus->newBits[bus->created++] = bit->id;
     }
     return AppendBit(PatternFromId(bus->NewNode), holder) ? 0 : 1;
@@ -124,6 +152,22 @@ void JoinSlices(Pattern *pattern) {
     }
 }
 
+// Gives the reference pattern its slices, and makes the bits that are missing, all without a record. False
+// without room, which has then been shown; the bits that were made are gone then.
+bool FillBusOfBits(uint16_t NewNode, const char *name, uint32_t pinType) {
+    BusOfBits bus = {NewNode, pinType, 0, {}};
+    int32_t recording = EditLog.Recording;
+    EditLog.Recording = 0;
+    bool failed = ForEachBusMember(name, AddMemberSlice, &bus) != 0;
+    if (failed) {
+        while (bus.created > 0) DeletePattern(PatternFromId(bus.newBits[--bus.created]));
+    } else {
+        JoinSlices(PatternFromId(NewNode));
+    }
+    EditLog.Recording = recording;
+    return !failed;
+}
+
 void LogFirstSlice(const Pattern *node) {
     const PatternItem &item = node->item(0);
     LogReference(1, node->id, static_cast<uint32_t>(PatternKind::Reference), node->itemCount,
@@ -136,33 +180,29 @@ Pattern *CreateBusOfBits(const char *name, uint32_t pinType) {
     Pattern *node = CreatePattern(0, name, 0);
     if (!node) return nullptr;
     node->setKind(PatternKind::Reference);
-    node->setClock(0);
-    BusOfBits bus = {node->id, pinType, 0, {}};
-    // The slices are not in the log; of the first one alone there is a record.
-    int32_t recording = EditLog.Recording;
-    EditLog.Recording = 0;
-    bool failed = ForEachBusMember(name, AddMemberSlice, &bus) != 0;
-    if (failed) {
-        while (bus.created > 0) DeletePattern(PatternFromId(bus.newBits[--bus.created]));
-    } else {
-        JoinSlices(PatternFromId(bus.NewNode));
-    }
-    EditLog.Recording = recording;
-    node = PatternFromId(bus.NewNode);
-    if (failed) {
-        DeletePattern(node);
+    ClearClock(node);
+    uint16_t id = node->id;
+    if (!FillBusOfBits(id, name, pinType)) {
+        DeletePattern(PatternFromId(id));
         return nullptr;
     }
-    if (recording) LogFirstSlice(node);
+    node = PatternFromId(id);
+    // Of the slices the log has the first one alone; that is meant. It tells the kind, too.
+    LogFirstSlice(node);
     return node;
 }
 
 } // namespace
 
+Holder FindBit(const char *member) {
+    Holder holder = FindBitNamed(member);
+    return holder.id != 0 ? holder : FindBitNamed(OwnName(member).c_str());
+}
+
 Pattern *FindOrCreateNode(char *name, uint32_t pinType) {
     CanonicalizeName(name);
     if (Pattern *found = FindPattern(name)) {
-        if (pinType != 0) found->setPinType(pinType);
+        if (pinType != 0) SetPinType(found, pinType);
         return found;
     }
     uint32_t width = CountBusMembers(name);
@@ -176,4 +216,14 @@ Pattern *FindOrCreateNode(char *name, uint32_t pinType) {
     }
     bool anyMember = ForEachBusMember(name, MemberExists, nullptr) != 0;
     return anyMember ? CreateBusOfBits(name, pinType) : CreatePlainNode(name, pinType);
+}
+
+bool FollowMembers(Pattern *bus) {
+    uint16_t id = bus->id;
+    std::string name = bus->name();
+    // From here on the bus holds no bits itself.
+    bus->setKind(PatternKind::Reference);
+    if (ForEachBusMember(name.c_str(), BitExists, nullptr) != 0) return FillBusOfBits(id, name.c_str(), 0);
+    bus->setKind(PatternKind::Plain);
+    return true;
 }

@@ -55,23 +55,10 @@ void RemoveSelection(Pattern *pattern) {
         if (LocalTime(frame.start) < LocalTime(frame.end))
             DeleteRange(pattern, LocalTime(frame.start), LocalTime(frame.end));
         break;
-    case SEL_WHOLE:
+    default: // SEL_WHOLE
         DeleteRange(pattern, 0, pattern->duration);
         break;
-    default:
-        break;
     }
-}
-
-// A copy must remove nothing, whatever the disk does with the log meanwhile. So the patterns come back from
-// memory, and the log only forgets.
-void CopySelection(Pattern *pattern, int32_t start) {
-    StoreCopy before = CopyStore();
-    RemoveSelection(pattern);
-    LogFlush();
-    CutToClipFile(start);
-    LogForget(start);
-    RestoreStore(before);
 }
 
 void ForgetSelection() {
@@ -97,27 +84,27 @@ void CloseClipFile() {
 bool OpenClipFile() {
     if (ClipHandle == NO_FILE) ClipHandle = OpenForUpdate(ClipName);
     if (ClipHandle != NO_FILE) return true;
-    UserErrorFormat("Failed to open clipboard file %s", ClipName);
+    FileError("Failed to open clipboard file %s", ClipName);
     return false;
 }
 
 bool CreateClipFile() {
     if (MakeTemporaryFile("cli", ClipName)) ClipHandle = CreateForUpdate(ClipName);
     if (ClipHandle != NO_FILE) return true;
-    UserErrorFormat("Failed to create clipboard file %s", ClipName);
+    FileError("Failed to create clipboard file %s", ClipName);
     DropClipFile();
     return false;
 }
 
 bool WriteToClipFile(const uint8_t *bytes, size_t size) {
     if (WriteBytes(ClipHandle, bytes, size) == static_cast<int64_t>(size)) return true;
-    UserErrorFormat("Failed to write clipboard file %s", ClipName);
+    FileError("Failed to write clipboard file %s", ClipName);
     return false;
 }
 
 bool ReadFromLog(uint8_t *bytes, size_t size) {
     if (ReadBytes(EditLog.LogHandle, bytes, size) == static_cast<int64_t>(size)) return true;
-    UserErrorFormat("Failed to read log file %s", EditLog.LogFileName);
+    FileError("Failed to read log file %s", EditLog.LogFileName);
     return false;
 }
 
@@ -135,6 +122,42 @@ bool CopyLog(int32_t start) {
     return true;
 }
 
+// Takes the platform's clipboard for a new file with what `fill` writes into it; false from it ends that.
+template <class Fill>
+void TakeClipboard(Fill fill) {
+    if (!ViewOpenClipboard()) {
+        ProgramError("CutToClipFile Failed to OpenClipboard");
+        return;
+    }
+    ViewEmptyClipboard();
+    // Where that has not told us that we lost it.
+    DropClipFile();
+    if (CreateClipFile()) {
+        bool good = fill();
+        CloseClipFile();
+        if (good)
+            ViewOfferFormat(ClipFormat);
+        else
+            DropClipFile();
+    }
+    ViewCloseClipboard();
+}
+
+// A copy is a cut that leaves no trace: the patterns come back from memory, whatever the disk does meanwhile,
+// and the log never hears of it, so that what can be redone stays.
+void CopySelection(Pattern *pattern) {
+    StoreCopy before = CopyStore();
+    std::vector<uint8_t> records;
+    {
+        LogAside aside;
+        RemoveSelection(pattern);
+        records = aside.records();
+    }
+    RestoreStore(before);
+    if (records.empty()) return;
+    TakeClipboard([&records] { return WriteToClipFile(records.data(), records.size()); });
+}
+
 // The length, and the file's bytes. Empty after a message.
 std::vector<uint8_t> ReadClipFile(size_t length) {
     std::vector<uint8_t> block(LENGTH_SIZE + length);
@@ -143,7 +166,7 @@ std::vector<uint8_t> ReadClipFile(size_t length) {
     for (size_t read = 0; read < length;) {
         size_t size = std::min(length - read, RENDER_BLOCK);
         if (ReadBytes(ClipHandle, block.data() + LENGTH_SIZE + read, size) != static_cast<int64_t>(size)) {
-            UserErrorFormat("Failed to read clipboard file %s", ClipName);
+            FileError("Failed to read clipboard file %s", ClipName);
             return {};
         }
         read += size;
@@ -173,7 +196,7 @@ void CutCopyDelete(uint32_t command) {
     int32_t start = EditLog.rPtr;
     bool copy = command == COMMAND_COPY;
     if (copy) {
-        CopySelection(pattern, start);
+        CopySelection(pattern);
     } else {
         DrawOverlay(false);
         RemoveSelection(pattern);
@@ -185,29 +208,13 @@ void CutCopyDelete(uint32_t command) {
     ClipWidth = width;
     ValidateDurations();
     ShowSelection();
-    if (copy) return;
-    RepaintChanged(true);
-    DrawOverlay(true);
+    if (!copy) RepaintChanged(true);
 }
 
 void CutToClipFile(int32_t start) {
-    if (EditLog.rEofPtr <= start) return;
-    if (!ViewOpenClipboard()) {
-        ProgramError("CutToClipFile Failed to OpenClipboard");
-        return;
-    }
-    ViewEmptyClipboard();
-    // Where that has not told us that we lost it.
-    DropClipFile();
-    if (CreateClipFile()) {
-        bool good = CopyLog(start);
-        CloseClipFile();
-        if (good)
-            ViewOfferFormat(ClipFormat);
-        else
-            DropClipFile();
-    }
-    ViewCloseClipboard();
+    // Without a record there is nothing to cut, and what the clipboard has stays. What can be redone lies
+    // behind.
+    if (EditLog.rPtr > start) TakeClipboard([start] { return CopyLog(start); });
 }
 
 void ReplayClipFile() {

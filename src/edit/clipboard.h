@@ -20,7 +20,7 @@ void InitClipboard();
 // Takes the selection out, or copies it: COMMAND_CUT, COMMAND_COPY or COMMAND_DELETE.
 void CutCopyDelete(uint32_t command);
 // Puts the clipboard in the place of the selection, or with `patternId` a reference to that pattern. 1, or 0
-// after a message.
+// after a message, with everything as it was.
 int PasteAtSelection(uint16_t patternId);
 
 // Puts the log's records from `start` on into a new file, and takes the platform's clipboard for it.

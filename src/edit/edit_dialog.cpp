@@ -1,5 +1,7 @@
 #include "edit/edit_dialog.h"
 
+#include "config/settings.h"
+#include "edit/edit_dialog_focus.h"
 #include "edit/selection.h"
 #include "edit/show_selection.h"
 #include "shell/edit_dialog_view.h"
@@ -69,6 +71,19 @@ std::string RepeatText() {
     return repeat == REPEAT_FOREVER ? FOREVER_TEXT : std::to_string(repeat);
 }
 
+std::string TextOf(uint16_t id) {
+    switch (id) {
+    case EDIT_DURATION:
+        return DurationText();
+    case EDIT_VALUE:
+        return ValueText();
+    case EDIT_SCALE:
+        return ScaleText();
+    default:
+        return RepeatText();
+    }
+}
+
 // --- filling --------------------------------------------------------------------------------------
 
 void ListStates(uint16_t tableIndex) {
@@ -96,38 +111,9 @@ void FillStates() {
     if (enabled) SelectState(StateRowToShow());
 }
 
-bool IsEnabled(uint16_t id) {
-    switch (id) {
-    case EDIT_DURATION:
-        return SelectionHasDuration();
-    case EDIT_VALUE:
-        return SelectionHasValue();
-    case EDIT_SCALE:
-        return SelectionHasScale();
-    case EDIT_REPEAT:
-        // Until the check box takes "forever" away.
-        return SelectionHasRepeat() && SelectedRepeat() != REPEAT_FOREVER;
-    case EDIT_STATES:
-        return SelectionHasStates();
-    default:
-        return false;
-    }
-}
-
-void FillField(uint16_t id, const std::string &text) {
-    EnableEditItem(id, IsEnabled(id));
-    SetEditText(id, text.c_str());
-}
-
-void GiveFocus() {
-    uint16_t keep = EditDialog.KeepFocus;
-    EditDialog.KeepFocus = 0;
-    const uint16_t order[] = {keep, EDIT_VALUE, EDIT_DURATION, EDIT_REPEAT, EDIT_SCALE};
-    for (uint16_t id : order) {
-        if (!IsEnabled(id)) continue;
-        FocusEditField(id);
-        return;
-    }
+void FillField(uint16_t id) {
+    EnableEditItem(id, EditControlIsUsed(id));
+    SetEditText(id, TextOf(id).c_str());
 }
 
 bool IsField(uint16_t id) {
@@ -146,25 +132,54 @@ void OpenEditDialog() {
     ShowEditDialog();
 }
 
+bool EditControlIsUsed(uint16_t id) {
+    switch (id) {
+    case EDIT_DURATION:
+        return SelectionHasDuration();
+    case EDIT_VALUE:
+        return SelectionHasValue();
+    case EDIT_SCALE:
+        return SelectionHasScale();
+    case EDIT_REPEAT:
+        // Until the check box takes "forever" away.
+        return SelectionHasRepeat() && SelectedRepeat() != REPEAT_FOREVER;
+    case EDIT_STATES:
+        return SelectionHasStates();
+    case EDIT_FOREVER:
+        return EditDialog.ForeverAllowed;
+    default:
+        return false;
+    }
+}
+
 void FillEditDialog(const char *title) {
     EditDialog.ForeverAllowed = IsAtTail();
     if (!EditDialogIsOpen()) {
         EditDialog.KeepFocus = 0;
         return;
     }
+    uint16_t before = FocusedEditControl();
     // What was typed belongs to what was selected; a field that is disabled now must not write it.
     EditDialog.FieldDirty = false;
     filling = true;
     SetEditDialogTitle(title);
-    FillField(EDIT_DURATION, DurationText());
-    FillField(EDIT_VALUE, ValueText());
-    FillField(EDIT_SCALE, ScaleText());
-    FillField(EDIT_REPEAT, RepeatText());
+    for (uint16_t id = EDIT_DURATION; id <= EDIT_REPEAT; id++) FillField(id);
     FillStates();
     EnableEditItem(EDIT_FOREVER, EditDialog.ForeverAllowed);
     CheckForever(SelectedRepeat() == REPEAT_FOREVER);
-    GiveFocus();
+    PlaceEditFocus(before);
     filling = false;
+}
+
+void ShowFieldAgain(uint16_t id) {
+    EditDialog.FieldDirty = false;
+    filling = true;
+    SetEditText(id, TextOf(id).c_str());
+    filling = false;
+}
+
+void EndTyping() {
+    EditDialog.ValueTyped = false;
 }
 
 void EditDialogOpened() {
@@ -200,6 +215,9 @@ void EditFieldEntered() {
 }
 
 void EditFieldCancelled() {
+    // A text that was typed is taken back first; with Keys To Waves a field is only lent the keyboard.
+    bool leave = Settings.KeysToWaves || !EditDialog.FieldDirty;
     EditDialog.KeepFocus = EditDialog.ActiveField;
     FillEditDialog(SelectionText().c_str());
+    if (leave) FocusWaves();
 }

@@ -26,6 +26,7 @@ struct EditDialogRecord {
     uint16_t KeepFocus;    // the field that gets the keyboard after the next ShowSelection, or 0
     bool ForeverAllowed;   // a repeat without end hides nothing
     uint16_t ListedStates; // the state table in the list
+    bool ValueTyped;       // the last thing that was done is a value that Enter or a double click took
     int32_t DialogX;       // where the window stood when it was closed; both 0 until then
     int32_t DialogY;
 };
@@ -38,9 +39,11 @@ void InitEditDialog();
 void OpenEditDialog();
 // Puts the selection's text and numbers into the dialog, if it is open. Called by ShowSelection.
 void FillEditDialog(const char *title);
+// Whether the selection has a use for the control; as FillEditDialog found it for EDIT_FOREVER.
+bool EditControlIsUsed(uint16_t id);
 
 // What the window tells: it was made; a field got the keyboard, was typed in, lost the keyboard; the Enter
-// key; the Esc key, which takes back what was typed.
+// key; the Esc key, which takes back what was typed, or, where nothing was, gives the keyboard to the waves.
 void EditDialogOpened();
 void EditFieldFocused(uint16_t id);
 void EditFieldChanged(uint16_t id);
@@ -48,8 +51,12 @@ void EditFieldLeft(uint16_t id);
 void EditFieldEntered();
 void EditFieldCancelled();
 
-// A field's text is taken; `enter` 1 if by the Enter key, 0 if the field lost the focus.
+// A field's text is taken; `enter` 1 if by the Enter key, 0 if the field lost the focus. A text that says
+// nothing is no entry: the field shows again what it was.
 void FieldCommit(uint16_t id, int enter);
+void ShowFieldAgain(uint16_t id);
 // The selected state is taken; `dblClick` has the place of `enter`.
 void PickState(int dblClick);
 void ForeverClicked(int checked);
+// Something else is done, a press or a command: the next value is not typed in a row with the last one.
+void EndTyping();

@@ -1,7 +1,6 @@
 #include "edit/expand_bus.h"
 
 #include "display/composition.h"
-#include "display/overlay.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
 #include "edit/buses.h"
@@ -27,7 +26,6 @@ int ShowMember(const char *member, void *) {
 
 void ExpandSelectedBus() {
     if (WaveView.SelectRow >= WaveView.RowCount) return;
-    DrawOverlay(false);
     WaveView.SelectActive = false;
     // A copy, as the records move while the members are made.
     std::string name = PatternFromId(WaveRows[WaveView.SelectRow].PatternId)->name();

@@ -3,7 +3,6 @@
 #include "config/settings.h"
 #include "display/composition.h"
 #include "display/cursor_readout.h"
-#include "display/overlay.h"
 #include "display/viewport.h"
 #include "edit/range_edits.h"
 #include "edit/selection.h"
@@ -16,6 +15,7 @@
 #include "store/queries.h"
 #include "wdl/number_text.h"
 #include <algorithm>
+#include <string_view>
 
 namespace {
 
@@ -32,9 +32,13 @@ struct Edited {
     Pattern *pattern() const { return PatternFromId(id); }
     bool hasNext() const { return item + 1 < pattern()->itemCount; }
     bool isStretch() const { return from < to; }
-    bool isOneReference() const { return pattern()->itemCount == 1 && pattern()->item(0).isReference(); }
     // Channels lie side by side. They cannot be replaced or wrapped as if they came one after the other.
-    bool isSequence() const { return pattern()->kind() == PatternKind::Plain && duration > 0; }
+    bool isPlain() const { return pattern()->kind() == PatternKind::Plain; }
+    bool isSequence() const { return isPlain() && duration > 0; }
+    // It may take no time.
+    bool isOneReference() const {
+        return isPlain() && pattern()->itemCount == 1 && pattern()->item(0).isReference();
+    }
     bool hasData() const { return item < pattern()->itemCount && !pattern()->item(item).isReference(); }
     bool hasReference() const { return item < pattern()->itemCount && pattern()->item(item).isReference(); }
 };
@@ -95,10 +99,10 @@ void CommitDuration(const Edited &edited, const char *text, int enter) {
 // --- value ----------------------------------------------------------------------------------------
 
 // The neighbours are not joined at once, or the item would vanish under the cursor of who types along a wave.
-// What is typed so is one undo step.
+// What is typed so in a row, with nothing else in between, is one undo step.
 void SetPulseValue(const Edited &edited, uint32_t value, int walkOn) {
     if (!edited.hasData()) return;
-    if (PendingMerge != 0) LogJoinAction();
+    if (PendingMerge != 0 && EditDialog.ValueTyped) LogJoinAction();
     SetItemValue(edited.pattern(), edited.item, value);
     PendingMerge = edited.id;
     ReselectAt(edited, walkOn && edited.hasNext() ? TimeAdd(edited.end, 1) : TimeSub(edited.end, 1));
@@ -129,11 +133,9 @@ void CommitValue(const Edited &edited, uint32_t value, int walkOn, uint16_t focu
     case SEL_SPAN:
         SetSpanValue(edited, value);
         break;
-    case SEL_PULSE:
+    default: // SEL_PULSE
         SetPulseValue(edited, value, walkOn);
         EditDialog.KeepFocus = focus;
-        break;
-    default:
         break;
     }
 }
@@ -179,7 +181,7 @@ void CommitScale(const Edited &edited, uint32_t scale) {
         ValidateDurations();
         // The old end, without the scale.
         Reselect(edited, edited.start, edited.end);
-    } else if (kind == SEL_WHOLE && edited.isSequence()) {
+    } else if (kind == SEL_WHOLE && (edited.isOneReference() || edited.isSequence())) {
         if (edited.isOneReference()) {
             uint32_t product = std::min(edited.pattern()->item(0).scale() * scale, MAX_SCALE);
             SetItemScale(edited.pattern(), 0, product);
@@ -214,7 +216,7 @@ void CommitRepeat(const Edited &edited, uint32_t repeat) {
         WrapRange(edited.pattern(), edited.from, edited.to, 1, repeat);
         ValidateDurations();
         Reselect(edited, edited.start, RepeatedEnd(edited, repeat));
-    } else if (kind == SEL_WHOLE && edited.isSequence()) {
+    } else if (kind == SEL_WHOLE && (edited.isOneReference() || edited.isSequence())) {
         if (edited.isOneReference())
             SetItemRepeat(edited.pattern(), 0, RepeatTimes(edited.pattern()->item(0).repeat(), repeat));
         else
@@ -236,7 +238,6 @@ uint32_t ScannedRepeat(const char *text) {
 void ShowEdited() {
     if (EditSelection.SelKind != SEL_NONE) {
         const SelFrame &frame = DeepestFrame();
-        DrawOverlay(false);
         WaveView.SelectStart = frame.start;
         WaveView.SelectEnd = frame.end;
         WaveView.CursorTime = std::clamp(WaveView.CursorTime, frame.start, std::max(frame.start, frame.end));
@@ -245,6 +246,12 @@ void ShowEdited() {
     RepaintChanged(true);
     ShowSelection();
     ShowCursorReadout();
+}
+
+// A text of blanks is what an emptied field holds, and a duration without a digit is none.
+bool IsEntry(uint16_t id, std::string_view text) {
+    if (id == EDIT_DURATION) return text.find_first_of("0123456789") != std::string_view::npos;
+    return text.find_first_not_of(" \t") != std::string_view::npos;
 }
 
 void CommitText(uint16_t id, const Edited &edited, const char *text, int enter) {
@@ -284,11 +291,17 @@ bool SelectionHas(uint16_t id) {
 
 void FieldCommit(uint16_t id, int enter) {
     if (!SelectionHas(id)) return;
-    int held = LogHoldOpen(1);
     char text[EDIT_TEXT_LENGTH + 1] = "";
     GetEditText(id, text, sizeof text);
+    if (!IsEntry(id, text)) {
+        ShowFieldAgain(id);
+        if (enter) FocusEditField(id);
+        return;
+    }
+    int held = LogHoldOpen(1);
     CommitText(id, WhatIsEdited(), text, enter);
     ShowEdited();
+    EditDialog.ValueTyped = enter && id == EDIT_VALUE;
     LogHoldOpen(held);
 }
 
@@ -298,6 +311,7 @@ void PickState(int dblClick) {
     int held = LogHoldOpen(1);
     CommitValue(WhatIsEdited(), static_cast<uint32_t>(row), dblClick, EDIT_STATES);
     ShowEdited();
+    EditDialog.ValueTyped = dblClick != 0;
     LogHoldOpen(held);
 }
 

@@ -24,9 +24,12 @@ namespace {
 
 // --- the paste map --------------------------------------------------------------------------------
 
+enum class PasteFault { None, NoRoom, TooDeep };
+
 // The patterns that the replay is in the middle of, each nested in the one before it; the first is the one
 // that is pasted into. 1 is the first index that counts.
 struct PasteMapRecord {
+    PasteFault fault; // why nothing of the paste may stay
     uint16_t PasteDepth;
     std::array<uint16_t, MAX_FRAMES + 1> PasteNew; // ids here
     std::array<uint16_t, MAX_FRAMES + 1> PasteOld; // ids in the records; the first has none
@@ -50,6 +53,11 @@ PatternKind KindWithReference(const Pattern *pattern, PatternKind kind) {
     return pattern->itemCount > 0 ? pattern->kind() : kind;
 }
 
+int Fail(PasteFault fault) {
+    PasteMap.fault = fault;
+    return 0;
+}
+
 int Misfit() {
     ProgramError("ApplicationExecuteLog - Invalid Command");
     return 0;
@@ -57,8 +65,9 @@ int Misfit() {
 
 // An insertion was made, or had no room, which has been told.
 int Inserted(const Pattern *pattern) {
-    if (pattern && PasteMap.PasteDepth < 2) PasteMap.PasteIndex++;
-    return pattern != nullptr;
+    if (!pattern) return Fail(PasteFault::NoRoom);
+    if (PasteMap.PasteDepth < 2) PasteMap.PasteIndex++;
+    return 1;
 }
 
 // --- records --------------------------------------------------------------------------------------
@@ -67,18 +76,16 @@ bool NameFits(const std::string &name) {
     return name.size() < NAME_SIZE && !FindPattern(name.c_str());
 }
 
-// An unnamed pattern is as wide as what it is nested in: a file does not tell its width, and writes its
-// values by it. The clipboard may stem from a wave of another width, where a plain delete came after the cut.
-uint32_t WidthOf(const LogRecord &record) {
-    const Pattern *target = Target();
-    return target ? target->width : record.width;
-}
-
 int PastePattern(const LogRecord &record) {
+    const Pattern *target = Target();
     bool widthFits = record.width >= 1 && record.width <= MAX_BUS_WIDTH;
-    if (PasteMap.PasteDepth >= MAX_FRAMES || !widthFits || !NameFits(record.name)) return Misfit();
-    const Pattern *pattern = CreatePattern(0, record.name.c_str(), WidthOf(record));
-    if (!pattern) return 0;
+    if (!target || !widthFits || !NameFits(record.name)) return Misfit();
+    if (PasteMap.PasteDepth >= MAX_FRAMES) return Fail(PasteFault::TooDeep);
+    // An unnamed pattern is as wide as what it is nested in: a file does not tell its width, and writes its
+    // values by it. The clipboard may stem from a wave of another width, where a plain delete came after the
+    // cut.
+    const Pattern *pattern = CreatePattern(0, record.name.c_str(), target->width);
+    if (!pattern) return Fail(PasteFault::NoRoom);
     PasteMap.PasteDepth++;
     PasteMap.PasteOld[PasteMap.PasteDepth] = record.pattern;
     PasteMap.PasteNew[PasteMap.PasteDepth] = pattern->id;
@@ -165,60 +172,59 @@ int CheckNesting(uint16_t id) {
     return CheckDepth(id, good);
 }
 
-// Counted from the patterns on that lead to this one.
-bool NestsTooDeep(uint16_t id, uint16_t from, uint16_t to) {
-    uint16_t checked = 0;
-    for (uint32_t i = from; i < to && i < PatternFromId(id)->itemCount; i++) {
-        const PatternItem &item = PatternFromId(id)->item(i);
-        if (!item.isReference() || item.patternId() == checked) continue;
-        checked = item.patternId();
-        if (WouldNestTooDeep(id, checked)) return true;
-    }
-    return false;
-}
-
 // --- the paste ------------------------------------------------------------------------------------
 
-// Takes what is selected away. Returns the index at which the new items go.
-uint16_t RemoveOverwritten(Pattern *pattern) {
+// Takes what is selected away, and sets `index` to where the new items go. False without room.
+bool RemoveOverwritten(Pattern *pattern, uint16_t &index) {
     const SelFrame &frame = DeepestFrame();
     TimeVal from = LocalTime(frame.start);
     TimeVal to = LocalTime(frame.end);
+    index = frame.item;
     switch (EditSelection.SelKind) {
     case SEL_SPAN:
-        if (from < to) DeleteRange(pattern, from, to);
-        return static_cast<uint16_t>(frame.item + (EditSelection.SelOffset != 0 ? 1 : 0));
+        if (EditSelection.SelOffset != 0) index++;
+        return from >= to || DeleteRange(pattern, from, to);
     case SEL_PULSE:
     case SEL_PATTERN:
         // Of a reference, too: what it alone owned stays for the undo, with nothing that refers to it.
         if (frame.item < pattern->itemCount) DeleteItem(pattern, frame.item);
-        return frame.item;
+        return true;
     case SEL_WHOLE:
-        DeleteRange(pattern, 0, pattern->duration);
-        return frame.item;
+        return DeleteRange(pattern, 0, pattern->duration);
     default:
-        return frame.item;
+        return true;
     }
 }
 
-// Returns the index behind the last new item.
-uint16_t PasteClipboard(uint16_t id, uint16_t index) {
+void PasteClipboard(uint16_t id, uint16_t index) {
     uint16_t count = PatternFromId(id)->itemCount;
     PasteBegin(id, index);
     ReplayClipFile();
     uint16_t end = PasteEnd();
     Pattern *pattern = PatternFromId(id);
-    if (pattern->itemCount <= count) return end;
+    if (pattern->itemCount <= count) return;
     MergeItems(pattern, static_cast<uint16_t>(end - 1));
     if (index != 0) MergeItems(pattern, static_cast<uint16_t>(index - 1));
-    return end;
 }
 
-// 0 without room, which has been told.
-int PlaceReference(uint16_t id, uint16_t index, uint16_t patternId) {
+void PlaceReference(uint16_t id, uint16_t index, uint16_t patternId) {
     Pattern *pattern = PatternFromId(id);
     PatternKind kind = KindWithReference(pattern, PatternKind::Plain);
-    return InsertReference(pattern, kind, index, patternId, 1, 1, 0, 0, 0) != nullptr;
+    if (!InsertReference(pattern, kind, index, patternId, 1, 1, 0, 0, 0)) Fail(PasteFault::NoRoom);
+}
+
+// The clipboard, or with `patternId` a reference to that pattern, in the place of the selection.
+PasteFault Paste(uint16_t id, uint16_t patternId) {
+    PasteMap.fault = PasteFault::None;
+    uint16_t index;
+    if (!RemoveOverwritten(PatternFromId(id), index)) return PasteFault::NoRoom;
+    index = std::min(index, PatternFromId(id)->itemCount);
+    if (patternId != 0)
+        PlaceReference(id, index, patternId);
+    else
+        PasteClipboard(id, index);
+    bool tooDeep = PasteMap.fault == PasteFault::None && (CheckNesting(id) || NestsTooDeep(id));
+    return tooDeep ? PasteFault::TooDeep : PasteMap.fault;
 }
 
 int Refuse(const char *text) {
@@ -239,7 +245,7 @@ void PasteBegin(uint16_t patternId, uint16_t index) {
 uint16_t PasteEnd() {
     for (; PasteMap.PasteDepth > 1; PasteMap.PasteDepth--) {
         uint16_t id = PasteMap.PasteNew[PasteMap.PasteDepth];
-        if (PatternInUse(id) && PatternFromId(id)->nameLength == 0) RemoveWithItems(id);
+        if (PatternFromId(id)->nameLength == 0) RemoveWithItems(id);
     }
     PasteMap.PasteDepth = 0;
     return PasteMap.PasteIndex;
@@ -270,24 +276,16 @@ int PasteAtSelection(uint16_t patternId) {
 
     StoreCopy before = CopyStore();
     int32_t start = EditLog.rPtr;
-    uint16_t index = std::min(RemoveOverwritten(pattern), PatternFromId(id)->itemCount);
-    auto end = static_cast<uint16_t>(index + 1);
-    int good = 1;
-    if (patternId != 0)
-        good = PlaceReference(id, index, patternId);
-    else
-        end = PasteClipboard(id, index);
-    if (CheckNesting(id) || NestsTooDeep(id, index, end)) {
+    PasteFault fault = Paste(id, patternId);
+    if (fault != PasteFault::None) {
         LogForget(start);
         RestoreStore(before);
-        ShowErrorStrip("Recursion violation in paste");
-        good = 0;
     }
+    if (fault == PasteFault::TooDeep) ShowErrorStrip("Recursion violation in paste");
     WaveView.SelectActive = false;
     EditSelection.SelKind = SEL_NONE;
     ValidateDurations();
     ShowSelection();
     RepaintChanged(true);
-    DrawOverlay(true);
-    return good;
+    return fault == PasteFault::None;
 }

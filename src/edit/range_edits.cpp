@@ -34,21 +34,21 @@ uint16_t Before(uint16_t index) {
 }
 
 bool EndsWithForever(const Pattern *pattern) {
-    if (pattern->itemCount == 0) return false;
     const PatternItem &last = pattern->item(LastIndex(pattern));
     return last.isReference() && last.repeat() == REPEAT_FOREVER;
 }
 
-// A walk over the items from the last to the first: an item, its start, and its end.
+// A walk over the items from the last to the first: an item, its start, and its end. An endless tail ends
+// with time, even where one repetition takes none.
 class ItemPlace {
 public:
-    explicit ItemPlace(const Pattern *pattern) {
+    ItemPlace(const Pattern *pattern, bool endless) {
         uint64_t place = 0;
         for (uint32_t i = 0; i < pattern->itemCount; i++) {
             starts.push_back(place);
             place += ItemLength(pattern->item(i));
         }
-        end = place;
+        end = endless ? std::max<uint64_t>(place, TIME_FOREVER) : place;
         index = LastIndex(pattern);
         start = starts[index];
     }
@@ -65,19 +65,23 @@ private:
     std::vector<uint64_t> starts;
 };
 
-// Cuts the data item in two at `time`, which lies inside it. Without room nothing is cut, and null is
-// returned.
-Pattern *CutItem(Pattern *pattern, const ItemPlace &place, uint64_t time) {
-    uint32_t value = pattern->item(place.index).value();
-    auto first = static_cast<TimeVal>(time - place.start);
-    auto second = static_cast<TimeVal>(place.end - time);
-    pattern = InsertTransition(pattern, After(place.index), value, second);
-    if (pattern) SetItemDuration(pattern, place.index, first);
-    return pattern;
-}
-
 bool IsData(const Pattern *pattern, uint16_t index) {
     return index < pattern->itemCount && !pattern->item(index).isReference();
+}
+
+// Cuts the data item in two at `time`, which lies inside it. There is room for the new one.
+Pattern *CutItem(Pattern *pattern, const ItemPlace &place, uint64_t time) {
+    uint32_t value = pattern->item(place.index).value();
+    SetItemDuration(pattern, place.index, static_cast<TimeVal>(time - place.start));
+    return InsertTransition(pattern, After(place.index), value, static_cast<TimeVal>(place.end - time));
+}
+
+// Room for the pieces that the two ends of a range are cut into, before anything is changed. Pieces that come
+// into the place of items that go need none, nor does the one item that may come into the range's.
+Pattern *MakeRoomForCuts(Pattern *pattern, const ItemPlace &last, TimeVal from, uint64_t to) {
+    if (!IsData(pattern, last.index)) return pattern;
+    size_t cuts = (last.holds(to) ? 1 : 0) + (last.start < from ? 1 : 0);
+    return cuts == 0 ? pattern : PatternAlloc(pattern->id, static_cast<uint32_t>(cuts * sizeof(PatternItem)));
 }
 
 uint32_t ValueJustBefore(Pattern *root, TimeVal time) {
@@ -126,24 +130,26 @@ uint32_t NextValue(const Pattern *pattern, uint32_t value) {
 }
 
 Pattern *DeleteRange(Pattern *pattern, TimeVal from, TimeVal to) {
-    if (CachedLength(pattern) == TIME_FOREVER && EndsWithForever(pattern)) {
+    if (pattern->itemCount == 0) return pattern;
+    uint64_t behind = PlaceOfEnd(to);
+    bool endless = CachedLength(pattern) == TIME_FOREVER && EndsWithForever(pattern);
+    ItemPlace place(pattern, endless);
+    if (endless && behind > place.start) {
         // The endless tail goes whole, and the range ends with what remains.
-        RemoveItem(pattern, LastIndex(pattern));
-        to = TIME_FOREVER;
+        RemoveItem(pattern, place.index);
         TimeVal rest = ItemsDuration(pattern);
         // Those that refer to the pattern do not know yet.
         ForgetDuration(pattern);
         if (rest <= from) return pattern;
+        behind = UINT64_MAX;
+        place = ItemPlace(pattern, false);
     }
-    if (pattern->itemCount == 0) return pattern;
-    ItemPlace place(pattern);
-    uint64_t behind = PlaceOfEnd(to);
     // An item of no length that stands at the end of the stretch goes with it.
     while (behind <= place.start && behind < place.end && place.index > 0) place.moveDown();
+    pattern = MakeRoomForCuts(pattern, place, from, behind);
+    if (!pattern) return nullptr;
     if (place.holds(behind) && IsData(pattern, place.index)) {
-        Pattern *cut = CutItem(pattern, place, behind);
-        if (!cut) return PatternFromId(pattern->id);
-        pattern = cut;
+        pattern = CutItem(pattern, place, behind);
         place.end = behind;
     }
     while (place.start > from) {
@@ -153,12 +159,10 @@ Pattern *DeleteRange(Pattern *pattern, TimeVal from, TimeVal to) {
     if (place.start < from) {
         // A reference is taken out whole or not at all.
         if (!IsData(pattern, place.index)) return pattern;
-        Pattern *cut = CutItem(pattern, place, from);
-        if (!cut) return pattern;
-        pattern = cut;
+        pattern = CutItem(pattern, place, from);
         place.index = After(place.index);
     }
-    if (place.index < pattern->itemCount) RemoveItem(pattern, place.index);
+    RemoveItem(pattern, place.index);
     return pattern;
 }
 
@@ -171,11 +175,8 @@ void SplitItem(Pattern *pattern, uint16_t index, TimeVal offset, TimeVal length,
     pattern = PatternAlloc(pattern->id, 2 * sizeof(PatternItem));
     if (!pattern) return;
     pattern = InsertTransition(pattern, After(index), NextValue(pattern, value), length);
-    if (pattern) {
-        auto second = static_cast<uint16_t>(index + 2);
-        pattern = InsertTransition(pattern, second, value, insert ? behind : behind - length);
-    }
-    if (pattern) SetItemDuration(pattern, index, offset);
+    pattern = InsertTransition(pattern, After(After(index)), value, insert ? behind : behind - length);
+    SetItemDuration(pattern, index, offset);
 }
 
 void MoveEdge(Pattern *root, Pattern *pattern, uint16_t index, int right, TimeVal from, TimeVal to,
@@ -198,6 +199,7 @@ Pattern *ExtendPattern(Pattern *pattern, TimeVal time, TimeVal units) {
 
 void ReplaceRange(Pattern *pattern, TimeVal from, TimeVal to, uint16_t index, uint32_t value) {
     pattern = DeleteRange(pattern, from, to);
+    if (!pattern) return;
     if (index > pattern->itemCount) index = pattern->itemCount;
     pattern = InsertTransition(pattern, index, value, std::min(to - from, MAX_ITEM_DURATION));
     if (!pattern) return;

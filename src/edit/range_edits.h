@@ -21,7 +21,9 @@ constexpr uint64_t PlaceOfEnd(TimeVal to) {
 uint32_t NextValue(const Pattern *pattern, uint32_t value);
 
 // Takes the stretch from `from` up to `to` out; what is behind it moves earlier. `from` is below `to`, and
-// neither lies inside a reference.
+// neither lies inside a reference. Of an endless tail that the stretch reaches into nothing remains. Behind
+// it there is room for an item in the stretch's place. Null without room for what its ends are cut into,
+// which has been reported, and the pattern is as it was.
 Pattern *DeleteRange(Pattern *pattern, TimeVal from, TimeVal to);
 // Makes a pulse of `length` units of the next value at `offset` in the data item at `index`. With `insert`
 // all behind the item moves later, otherwise the total stays. Nothing for a length of 0.
@@ -33,5 +35,6 @@ void MoveEdge(Pattern *root, Pattern *pattern, uint16_t index, int right, TimeVa
               TimeVal unit, int insert);
 // Appends `units` units of another value than the one at `time` (on the pattern's axis).
 Pattern *ExtendPattern(Pattern *pattern, TimeVal time, TimeVal units);
-// One value from `from` up to `to`; `index` is where the new item stands once the stretch is gone.
+// One value from `from` up to `to`; `index` is where the new item stands once the stretch is gone. Without
+// room nothing changes.
 void ReplaceRange(Pattern *pattern, TimeVal from, TimeVal to, uint16_t index, uint32_t value);

@@ -119,7 +119,7 @@ void EndSpanAtReference(const Pattern *pattern, uint16_t index, TimeVal firstSta
     frame.end = Search.t2;
     if (EditSelection.SelItems > 1) {
         EditSelection.SelKind = SEL_SPAN;
-    } else if (EditSelection.SelItems == 1) {
+    } else {
         const PatternItem &item = pattern->item(frame.item);
         EditSelection.SelKind = SEL_PATTERN;
         if (!item.isReference()) SelectPulse(frame, item, firstStart, Search.t2);
@@ -325,12 +325,12 @@ SelFrame &DeepestFrame() {
 }
 
 Pattern *SelectedPattern() {
-    if (EditSelection.SelKind == SEL_NONE || EditSelection.SelDepth == 0) return nullptr;
+    if (EditSelection.SelKind == SEL_NONE) return nullptr;
     return PatternOf(DeepestFrame());
 }
 
 Pattern *SelectionRoot() {
-    if (EditSelection.SelKind == SEL_NONE || EditSelection.SelDepth == 0) return nullptr;
+    if (EditSelection.SelKind == SEL_NONE) return nullptr;
     return PatternOf(EditSelection.SelFrames[0]);
 }
 
@@ -398,7 +398,7 @@ uint16_t SelectParent() {
 
 void RebuildFrames(int delta) {
     const Pattern *root = PatternOf(EditSelection.SelFrames[0]);
-    if (!root || EditSelection.SelDepth == 0) {
+    if (!root) {
         EditSelection.SelKind = SEL_NONE;
         return;
     }

@@ -162,6 +162,8 @@ std::string SelectionText() {
 }
 
 void ShowSelection() {
+    // Of a value the dialog says afterwards that it was one.
+    EndTyping();
     DoPendingMerge();
     MoveToSelection();
     FillEditDialog(SelectionText().c_str());

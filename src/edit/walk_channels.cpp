@@ -3,8 +3,6 @@
 #include "edit/walk_state.h"
 
 #include "store/queries.h"
-#include <memory>
-#include <new>
 
 namespace {
 
@@ -18,7 +16,7 @@ struct WalkFrame {
     const PatternItem *Item;
     TimeVal Scale;
     uint16_t Index;
-    uint16_t RepeatsLeft; // passes, the present one included
+    uint16_t RepeatsLeft; // passes, the present one included; REPEAT_FOREVER stays
     uint32_t Format;
     TimeVal PassStart;
 };
@@ -57,6 +55,7 @@ void NextItem(WalkFrame &frame) {
 }
 
 void SetUpChannel(WalkChannel &channel, const PatternItem &item, const Pattern *target, TimeVal unit) {
+    channel = {};
     TimeVal scale = TimeMul(item.scale(), unit);
     uint32_t format = item.forcedFormat() ? item.forcedFormat() : static_cast<uint32_t>(target->format());
     if (target->hasProperties() && target->format() != SignalFormat::None) {
@@ -113,7 +112,7 @@ bool EndFrame(WalkChannel &channel) {
         --channel.Depth;
         return false;
     }
-    --frame.RepeatsLeft;
+    if (frame.RepeatsLeft != REPEAT_FOREVER) --frame.RepeatsLeft;
     frame.Item = frame.pattern->items();
     frame.Index = 0;
     frame.PassStart = channel.Next;
@@ -250,9 +249,8 @@ bool EmitComposite(const WalkChannel *channels, uint32_t count) {
 bool WalkComposite(const Pattern *pattern, TimeVal unit) {
     if (WalkState.Cursor >= WalkState.To) return true;
     uint32_t count = CountChannels(pattern);
-    std::unique_ptr<WalkChannel[]> channels(new (std::nothrow) WalkChannel[count]());
-    if (!channels) return true;
-    SetUpChannels(channels.get(), count, pattern, unit);
+    WalkChannel channels[MAX_CHANNELS];
+    SetUpChannels(channels, count, pattern, unit);
     TimeVal stop = TimeAdd(WalkState.Cursor, TimeMul(pattern->duration, unit));
     bool last = false;
     while (!last) {
@@ -260,7 +258,7 @@ bool WalkComposite(const Pattern *pattern, TimeVal unit) {
             if (channels[i].Next <= WalkState.Cursor) AdvanceChannel(channels[i]);
         }
         // With all channels over this reaches to the end of time, and so is the last one.
-        if (!EmitComposite(channels.get(), count)) return false;
+        if (!EmitComposite(channels, count)) return false;
         last = (WalkState.segment.segFlags & SegLast) || WalkState.Cursor >= stop;
     }
     return true;

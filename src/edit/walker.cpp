@@ -129,7 +129,8 @@ bool WalkRepetitions(const PatternItem &item, const Pattern *target, TimeVal uni
         WalkState.Cursor = TimeAdd(start, left.all);
         return DeliverSegment(SegCoarse, start, WalkState.Cursor, left.all);
     }
-    for (; left.count > 0; --left.count) {
+    while (left.count > 0) {
+        if (left.count != REPEAT_FOREVER) --left.count;
         TimeVal start = WalkState.Cursor;
         if (!WalkRepetition(target, unit, left.one)) return false;
         // A repetition that takes no time, as its cached length is out of date, would go round for nothing.
@@ -139,7 +140,7 @@ bool WalkRepetitions(const PatternItem &item, const Pattern *target, TimeVal uni
 }
 
 bool TooFarBehind() {
-    if (WalkState.Cursor < WalkState.To || WalkState.Cursor < WalkState.From) return false;
+    if (WalkState.Cursor < WalkState.To) return false;
     return ++WalkState.Behind > MAX_BEHIND;
 }
 

@@ -40,7 +40,7 @@ void DropWrapper(uint16_t id) {
 uint32_t CountReferences(uint16_t id) {
     uint32_t count = 0;
     for (uint16_t user = 1; user <= HighestPatternId; user++) {
-        if (!PatternInUse(user)) continue;
+        if (!PatternInUse(user) || ReferenceItems[user] == 0) continue;
         const Pattern *pattern = PatternFromId(user);
         for (uint32_t i = 0; i < pattern->itemCount; i++) {
             if (pattern->item(i).isReference() && pattern->item(i).patternId() == id) count++;
@@ -69,8 +69,7 @@ bool Dissolve(uint16_t id, uint16_t index) {
             InsertReference(pattern, PatternKind::Plain, index, item.patternId(), item.scale(), item.repeat(),
                             0, 0, item.forcedFormat());
         } else {
-            pattern = InsertTransition(pattern, index, item.value(), item.duration());
-            if (pattern) MergeItems(pattern, index);
+            MergeItems(InsertTransition(pattern, index, item.value(), item.duration()), index);
         }
     }
     Pattern *empty = PatternFromId(target);
@@ -108,6 +107,9 @@ int FlattenTree(uint16_t id, uint32_t owners) {
     return 1;
 }
 
+// Bytes by which the pattern grows, at most, while a stretch of it is wrapped.
+constexpr uint32_t WRAP_ROOM = 2 * sizeof(PatternItem);
+
 // What WrapRange makes of one item: its piece inside the stretch, and where the reference will stand.
 struct Stretch {
     uint64_t from, to;
@@ -120,8 +122,9 @@ bool WrapItem(uint16_t id, uint16_t wrapper, uint16_t index, uint64_t start, uin
     uint64_t cut = 0;
     if (!item.isReference()) {
         if (stretch.from > start) {
+            // The stretch begins in this item, and what is in front of it stays.
             cut = stretch.from - start;
-            if (index == stretch.anchor) stretch.anchor++;
+            stretch.anchor++;
         }
         // The later cut replaces the earlier one: no span begins and ends in one data item.
         if (stretch.to < end) cut = end - stretch.to;
@@ -155,8 +158,8 @@ bool FillWrapper(uint16_t id, uint16_t wrapper, Stretch &stretch) {
 
 Pattern *WrapRange(Pattern *pattern, TimeVal from, TimeVal to, uint32_t scale, uint32_t repeat) {
     uint16_t id = pattern->id;
-    // Room for what the two ends of the stretch are cut into, and for the reference.
-    if (!PatternAlloc(id, 3 * sizeof(PatternItem))) return PatternFromId(id);
+    // Room for what the two ends of the stretch are cut into, and for the reference in its place.
+    if (!PatternAlloc(id, WRAP_ROOM)) return PatternFromId(id);
     Pattern *made = CreatePattern(0, "", PatternFromId(id)->width);
     if (!made) return PatternFromId(id);
     uint16_t wrapper = made->id;
@@ -166,14 +169,15 @@ Pattern *WrapRange(Pattern *pattern, TimeVal from, TimeVal to, uint32_t scale, u
         UserError("Patterns are nested too deeply");
         good = false;
     }
+    // The wrapper may have taken the room.
+    good = good && PatternAlloc(id, WRAP_ROOM);
     if (!good) {
         DropWrapper(wrapper);
         return PatternFromId(id);
     }
     DeleteRange(PatternFromId(id), from, to);
-    pattern = InsertReference(PatternFromId(id), PatternKind::Plain, stretch.anchor, wrapper, scale, repeat,
-                              0, 0, 0);
-    return pattern ? pattern : PatternFromId(id);
+    return InsertReference(PatternFromId(id), PatternKind::Plain, stretch.anchor, wrapper, scale, repeat, 0,
+                           0, 0);
 }
 
 int FlattenPattern(Pattern *pattern) {

@@ -10,7 +10,7 @@ namespace {
 constexpr int32_t WORD = 4;
 
 int ReportAboutFile(const char *format) {
-    UserErrorFormat(format, AuxFile.name);
+    FileError(format, AuxFile.name);
     return 0;
 }
 

@@ -17,6 +17,9 @@ constexpr int32_t WORD = 4;
 constexpr int32_t BEHIND = 1024;
 constexpr int32_t AHEAD = 128;
 
+// Where a flush goes while the log stands aside.
+std::vector<uint8_t> *memory;
+
 void StoreWord(uint8_t *bytes, uint32_t word) {
     for (int i = 0; i < WORD; i++) bytes[i] = static_cast<uint8_t>(word >> (8 * i));
 }
@@ -25,6 +28,11 @@ void StartEmpty() {
     EditLog.Recording = 1;
     EditLog.Refused = -1;
     EditLog.Dirty = 0;
+    EditLog.DirtyFrom = INT32_MAX;
+    EditLog.LostFrom = -1;
+    EditLog.FileEnd = INT32_MAX;
+    EditLog.ReadFault = 0;
+    EditLog.Joined = -1;
     EditLog.rEofPtr = 0;
     EditLog.rPtr = 0;
     EditLog.rBase = 0;
@@ -40,7 +48,7 @@ bool MakeLogName() {
 }
 
 void ReportAboutFile(const char *format) {
-    UserErrorFormat(format, EditLog.LogFileName);
+    FileError(format, EditLog.LogFileName);
 }
 
 // True if the window holds these bytes of the log.
@@ -52,13 +60,25 @@ uint8_t *At(int32_t position) {
     return EditLog.Buffer + (position - EditLog.rBase);
 }
 
+// Reads bytes of the open file. False if there are fewer, or if the disk does not give them.
+bool ReadFile(int32_t position, uint8_t *bytes, int32_t size) {
+    bool good = SeekFile(EditLog.LogHandle, position);
+    for (int64_t count = 0; good && size > 0; size -= static_cast<int32_t>(count)) {
+        count = ReadBytes(EditLog.LogHandle, bytes, static_cast<size_t>(size));
+        if (count == 0) return false;
+        good = count > 0;
+        if (good) bytes += count;
+    }
+    if (!good) EditLog.ReadFault = 1;
+    return good;
+}
+
 // Reads `size` bytes of the log from `base` on into the window; the file is open. 1, or 0 after a message.
 int ReadWindow(int32_t base, int32_t size) {
     if (EditLog.Dirty) LogFlush();
     EditLog.rBase = base;
     EditLog.Held = 0;
-    if (size > 0 && (!SeekFile(EditLog.LogHandle, base) ||
-                     ReadBytes(EditLog.LogHandle, EditLog.Buffer, static_cast<size_t>(size)) != size)) {
+    if (size > 0 && !ReadFile(base, EditLog.Buffer, size)) {
         ReportAboutFile("Failed to read log file %s");
         return 0;
     }
@@ -80,8 +100,7 @@ enum class Behind { Mark, Record, Unreadable };
 // What stands just before the position.
 Behind LookBehind() {
     bool start = AtStart();
-    bool held = WindowHolds(EditLog.rPtr - WORD, WORD);
-    bool good = (EditLog.rPtr - EditLog.rBase >= 1 && held) || LogFill(1);
+    bool good = WindowHolds(EditLog.rPtr - WORD, WORD) || LogFill(1);
     if (start) return Behind::Mark;
     if (!good || !WindowHolds(EditLog.rPtr - WORD, WORD)) return Behind::Unreadable;
     return LogWordAt(At(EditLog.rPtr - WORD)) == ACTION_MARK ? Behind::Mark : Behind::Record;
@@ -106,6 +125,8 @@ bool PrepareAppend(int32_t length) {
         EditLog.rBase = EditLog.rPtr;
         EditLog.Held = 0;
     }
+    EditLog.DirtyFrom = std::min(EditLog.DirtyFrom, EditLog.rPtr);
+    if (EditLog.rPtr < EditLog.Joined) EditLog.Joined = -1;
     EditLog.Dirty = 1;
     return true;
 }
@@ -131,24 +152,23 @@ int LoadEntry(int32_t start, int32_t length) {
 bool EndsWith(int32_t start, int32_t length, uint32_t word) {
     if (WindowHolds(start, length)) return LogWordAt(At(start + length - WORD)) == word;
     uint8_t bytes[WORD];
-    return SeekFile(EditLog.LogHandle, start + length - WORD) &&
-           ReadBytes(EditLog.LogHandle, bytes, WORD) == WORD && LogWordAt(bytes) == word;
+    return ReadFile(start + length - WORD, bytes, WORD) && LogWordAt(bytes) == word;
 }
 
-// True if the record behind the position lies wholly in the window. One that begins where the window does is
-// read anew, as long as there is a file to read.
+// True if the record behind the position, whose last word the window holds, lies wholly in it. One that
+// begins where the window does is read anew, as long as there is a file to read.
 bool WindowHoldsRecordBehind() {
     int32_t behind = EditLog.rPtr - EditLog.rBase;
-    if (behind < 5 || !WindowHolds(EditLog.rPtr - WORD, WORD)) return false;
+    if (behind < 5) return false;
     int64_t length = LogWordAt(At(EditLog.rPtr - WORD));
     return HasFile() ? behind > length : behind >= length;
 }
 
-// The length of the record behind the position, which then lies wholly in the window. 0 if it cannot be read,
-// or is no record; that has been reported.
+// The length of the record behind the position, as LookBehind has found it, which then lies wholly in the
+// window. 0 if it cannot be read, or is no record; that has been reported.
 int32_t RecordBehind() {
     if (!WindowHoldsRecordBehind() && !LogFill(1)) return 0;
-    if (!WindowHolds(EditLog.rPtr - WORD, WORD)) return Damaged();
+    if (!WindowHolds(EditLog.rPtr - WORD, WORD)) return Damaged(); // never: what was held a fill brings back
     uint32_t word = LogWordAt(At(EditLog.rPtr - WORD));
     if (!IsEntryLength(word, EditLog.rPtr)) return Damaged();
     auto length = static_cast<int32_t>(word);
@@ -166,6 +186,48 @@ bool MoveWindowOn(int32_t length) {
     EditLog.Held -= passed;
     memmove(EditLog.Buffer, EditLog.Buffer + passed, static_cast<size_t>(EditLog.Held));
     return true;
+}
+
+// Where the file must end before the window is written: behind it stand records that new ones have taken the
+// place of, or such as a flush that failed has left half done.
+int32_t FirstToCut() {
+    return EditLog.LostFrom < 0 ? EditLog.DirtyFrom : std::min(EditLog.LostFrom, EditLog.DirtyFrom);
+}
+
+// Writes the window's first `size` bytes to the open file.
+bool WriteWindow(int32_t size) {
+    int32_t cut = FirstToCut();
+    bool endsThere =
+        EditLog.FileEnd <= cut || FileSize(EditLog.LogHandle) <= cut || SetFileLength(EditLog.LogHandle, cut);
+    bool good = endsThere && SeekFile(EditLog.LogHandle, EditLog.rBase) &&
+                WriteBytes(EditLog.LogHandle, EditLog.Buffer, static_cast<size_t>(size)) == size;
+    EditLog.FileEnd = good ? std::max(cut, EditLog.rBase + size) : INT32_MAX;
+    return good;
+}
+
+// Where the last finished action in effect ends, as far as the window holds the records behind it; else -1.
+// An action that is open again was finished where it was ended: it gets its mark back.
+int32_t EndOfFinished() {
+    for (int32_t end = EditLog.rPtr; end > EditLog.rBase;) {
+        if (end == EditLog.Joined) {
+            StoreWord(At(end), ACTION_MARK);
+            return end + WORD;
+        }
+        if (!WindowHolds(end - WORD, WORD)) return -1;
+        uint32_t word = LogWordAt(At(end - WORD));
+        if (word == ACTION_MARK) return end;
+        if (!IsEntryLength(word, end - EditLog.rBase)) return -1;
+        end -= static_cast<int32_t>(word);
+    }
+    return -1;
+}
+
+// Where the directory lets no file go, an empty one stays: a log with records must not lie beside a document
+// that has them already.
+void EmptyAndRemove(const char *path) {
+    if (RemoveFile(path)) return;
+    FileHandle file = CanAccessFile(path, FileAccess::Exists) ? CreateForUpdate(path) : NO_FILE;
+    if (file != NO_FILE) CloseFile(file);
 }
 
 constexpr int32_t MARK_AHEAD = -1;
@@ -218,12 +280,6 @@ int ReplayForward() {
 
 } // namespace
 
-uint32_t LogWordAt(const uint8_t *bytes) {
-    uint32_t word = 0;
-    for (int i = 0; i < WORD; i++) word |= static_cast<uint32_t>(bytes[i]) << (8 * i);
-    return word;
-}
-
 bool IsEntryLength(uint32_t length, int64_t room) {
     return length >= ENTRY_FRAME && length % WORD == 0 && length <= room;
 }
@@ -244,7 +300,7 @@ void LogInit(const char *suffix) {
     FileHandle file = MakeLogName() ? CreateForUpdate(EditLog.LogFileName) : NO_FILE;
     if (file == NO_FILE) {
         ReportAboutFile("Failed to create log file %s");
-        EditLog.LogFileName[0] = '\0';
+        LogDeleteFile();
         return;
     }
     CloseFile(file);
@@ -266,6 +322,7 @@ int32_t LogMark() {
     if (!PrepareAppend(WORD)) return EditLog.rPtr;
     StoreWord(At(EditLog.rPtr), ACTION_MARK);
     FinishAppend(WORD);
+    EditLog.Joined = -1;
     return EditLog.rPtr;
 }
 
@@ -278,7 +335,9 @@ int LogAtMark() {
 }
 
 void LogReopenAction() {
-    if (LogAtMark() && !AtStart()) EditLog.rPtr -= WORD;
+    if (!LogAtMark() || AtStart()) return;
+    EditLog.rPtr -= WORD;
+    EditLog.Joined = EditLog.rPtr;
 }
 
 void LogJoinAction() {
@@ -318,6 +377,7 @@ void LogForget(int32_t start) {
     EditLog.rBase = start;
     EditLog.Held = 0;
     EditLog.Dirty = 0;
+    EditLog.DirtyFrom = INT32_MAX;
 }
 
 int LogUndo() {
@@ -344,22 +404,36 @@ bool LogCutRefused() {
 }
 
 void LogFlush() {
-    if (EditLog.Dirty && EditLog.LogFileName[0] != '\0' && LogOpenFile()) {
+    if (EditLog.Dirty && memory) {
+        memory->insert(memory->end(), EditLog.Buffer, EditLog.Buffer + EditLog.Held);
+    } else if (EditLog.Dirty && HasFile()) {
         int32_t size = EditLog.rEofPtr - EditLog.rBase;
         if (size > BufLen)
             ProgramError("LogFlush rEofPtr > BufLen");
         else if (size == 0)
             ProgramError("LogFlush rEofPtr == 0");
-        int32_t held = std::clamp(size, 0, EditLog.Held);
-        if (!SeekFile(EditLog.LogHandle, EditLog.rBase) ||
-            WriteBytes(EditLog.LogHandle, EditLog.Buffer, static_cast<size_t>(held)) != held) {
+        bool good = LogOpenFile();
+        if (good && !WriteWindow(std::clamp(size, 0, EditLog.Held))) {
             ReportAboutFile("Failed to write log file %s");
+            good = false;
         }
+        EditLog.LostFrom = good ? -1 : FirstToCut();
     }
     // In every case: what could not be written is gone, and there is no second try.
     EditLog.Dirty = 0;
+    EditLog.DirtyFrom = INT32_MAX;
     EditLog.rBase = EditLog.rEofPtr;
     EditLog.Held = 0;
+}
+
+void LogWriteFinished() {
+    int32_t held = EditLog.rPtr - EditLog.rBase;
+    if (!EditLog.Dirty || !HasFile() || held < 0 || held > EditLog.Held) return;
+    int32_t end = EndOfFinished();
+    if (end <= EditLog.DirtyFrom) return;
+    if (EditLog.LogHandle == NO_FILE) EditLog.LogHandle = OpenForUpdate(EditLog.LogFileName);
+    if (EditLog.LogHandle != NO_FILE) WriteWindow(end - EditLog.rBase);
+    EditLog.Dirty = 0;
 }
 
 int LogFill(int backward) {
@@ -392,14 +466,15 @@ void LogCloseFile() {
 
 void LogDeleteFile() {
     LogCloseFile();
-    if (EditLog.LogFileName[0] != '\0') RemoveFile(EditLog.LogFileName);
+    if (HasFile()) EmptyAndRemove(EditLog.LogFileName);
     EditLog.LogFileName[0] = '\0';
 }
 
 void LogBindToDocument(const char *documentPath) {
     EditLog.LogHandle = NO_FILE;
+    EditLog.FileEnd = INT32_MAX;
     if (*documentPath == '\0') {
-        if (!MakeLogName()) EditLog.LogFileName[0] = '\0';
+        MakeLogName();
         return;
     }
     if (FullPath(documentPath, EditLog.LogFileName)) {
@@ -414,4 +489,22 @@ void LogBindToDocument(const char *documentPath) {
     }
     ReportAboutFile("Failed to create log file %s");
     EditLog.LogFileName[0] = '\0';
+}
+
+LogAside::LogAside() {
+    LogFlush();
+    LogCloseFile();
+    kept = std::make_unique<EditLogRecord>(EditLog);
+    StartEmpty();
+    memory = &recorded;
+}
+
+LogAside::~LogAside() {
+    memory = nullptr;
+    EditLog = *kept;
+}
+
+const std::vector<uint8_t> &LogAside::records() {
+    LogFlush();
+    return recorded;
 }

@@ -9,7 +9,9 @@
 #pragma once
 
 #include "platform/files.h"
+#include <memory>
 #include <span>
+#include <vector>
 
 // The window is this large: 1024 bytes behind the position and 128 ahead of it, or the other way round.
 // Small, so that undo of a recent action reads nothing and memory does not depend on the length of the run.
@@ -28,12 +30,17 @@ constexpr uint32_t ACTION_MARK = 0xFFFFFFFF;
 constexpr int32_t ENTRY_FRAME = 8;
 
 struct EditLogRecord {
-    int32_t Dirty;                   // 1 when Buffer holds bytes that are not yet in the file
-    uint8_t AuxBuffer[ENTRY_ROOM];   // read window for the auxiliary file
-    int32_t AuxPtr;                  // position in the auxiliary file
-    int32_t AuxBase;                 // file offset of AuxBuffer's first byte
-    int32_t AuxHeld;                 // bytes of AuxBuffer that stand for the file
-    char LogSuffix[5];               // the extension with its dot
+    int32_t Dirty;                 // 1 when Buffer holds bytes that are not yet in the file
+    int32_t DirtyFrom;             // where the first of them lies, INT32_MAX for none
+    int32_t LostFrom;              // where the flushes that failed since the last good one began, -1 for none
+    int32_t FileEnd;               // the file ends here or before, INT32_MAX while that is unknown
+    int32_t ReadFault;             // 1 when the disk has not given back what lies in the file
+    int32_t Joined;                // where the open action was ended before it was reopened, -1 for nowhere
+    uint8_t AuxBuffer[ENTRY_ROOM]; // read window for the auxiliary file
+    int32_t AuxPtr;                // position in the auxiliary file
+    int32_t AuxBase;               // file offset of AuxBuffer's first byte
+    int32_t AuxHeld;               // bytes of AuxBuffer that stand for the file
+    char LogSuffix[5];             // the extension with its dot
     char LogFileName[MAX_PATH_SIZE]; // full path; empty: there is no log file, and nothing is written or read
     uint8_t Buffer[ENTRY_ROOM];      // the window onto the log file
     int32_t Held;                    // bytes of Buffer that stand for the log
@@ -86,8 +93,13 @@ int LogRedo();
 // What its action did before stays, and stands open.
 bool LogCutRefused();
 
-// Writes the window to the file and empties it. What could not be written is reported and gone.
+// Writes the window to the file and empties it. What could not be written is reported and gone. The file is
+// cut before the first new byte, so that nothing of what could be redone before stays behind it, and where a
+// flush failed, so that a recovery stops there. Without a new record nothing is written and nothing cut.
 void LogFlush();
+// The last act of a program that dies: brings to the file what the window holds of finished actions. Tells
+// nothing and takes no memory.
+void LogWriteFinished();
 // Moves the window to the position, with more of it behind (1) or ahead (0), and reads it. 1, or 0 when there
 // is no file or it failed, which has been reported.
 int LogFill(int backward);
@@ -103,7 +115,27 @@ void LogDeleteFile();
 // for an empty path. LogHandle stays open if a log was there already.
 void LogBindToDocument(const char *documentPath);
 
-// The word at an offset of a buffer.
-uint32_t LogWordAt(const uint8_t *bytes);
+// The word at an offset of a buffer. In one expression, which the compilers make a single load of: a replay
+// reads many.
+inline uint32_t LogWordAt(const uint8_t *bytes) {
+    return bytes[0] | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 | uint32_t{bytes[3]} << 24;
+}
 // True for a length that an entry can have: a multiple of 4 from 8 on, and within `room` bytes.
 bool IsEntryLength(uint32_t length, int64_t room);
+
+// While it lives the log stands aside: it has been flushed as it stood, and when this ends its buffer,
+// positions and file, and what can be redone, are as if nothing had been recorded. What is recorded meanwhile
+// goes to memory. There is one at a time.
+class LogAside {
+public:
+    LogAside();
+    LogAside(const LogAside &) = delete;
+    LogAside &operator=(const LogAside &) = delete;
+    ~LogAside();
+    // All that has been recorded so far, entry behind entry.
+    const std::vector<uint8_t> &records();
+
+private:
+    std::unique_ptr<EditLogRecord> kept;
+    std::vector<uint8_t> recorded;
+};

@@ -1,5 +1,6 @@
 #include "editlog/record_reader.h"
 
+#include "editlog/edit_log.h"
 #include "editlog/record_layout.h"
 #include <algorithm>
 
@@ -10,13 +11,23 @@ struct FieldReader {
     std::span<const uint8_t> payload;
     bool good = true;
 
-    uint8_t byte(size_t offset) {
-        if (offset < payload.size()) return payload[offset];
-        good = false;
-        return 0;
+    // Where the next bytes lie; null, once for all, beyond the payload.
+    const uint8_t *take(size_t offset, size_t size) {
+        good = good && offset + size <= payload.size();
+        return good ? payload.data() + offset : nullptr;
     }
-    uint16_t half(size_t offset) { return static_cast<uint16_t>(byte(offset) | byte(offset + 1) << 8); }
-    uint32_t word(size_t offset) { return half(offset) | static_cast<uint32_t>(half(offset + 2)) << 16; }
+    uint8_t byte(size_t offset) {
+        const uint8_t *at = take(offset, 1);
+        return at ? at[0] : uint8_t{0};
+    }
+    uint16_t half(size_t offset) {
+        const uint8_t *at = take(offset, 2);
+        return at ? static_cast<uint16_t>(at[0] | at[1] << 8) : uint16_t{0};
+    }
+    uint32_t word(size_t offset) {
+        const uint8_t *at = take(offset, 4);
+        return at ? LogWordAt(at) : 0;
+    }
     // Moves `offset` behind the text's NUL.
     std::string text(size_t &offset) {
         auto begin = payload.begin() + static_cast<std::ptrdiff_t>(std::min(offset, payload.size()));
@@ -116,7 +127,6 @@ bool ReadFields(FieldReader &fields, LogRecord &record) {
 
 bool ReadRecord(std::span<const uint8_t> payload, LogRecord &record) {
     FieldReader fields = {payload};
-    record = {};
     record.kind = fields.half(RECORD_KIND);
     record.pattern = fields.half(RECORD_PATTERN);
     return ReadFields(fields, record) && fields.good;

@@ -26,11 +26,9 @@ constexpr int MODE_PASTE = 5;
 // Kinds from here on come in pairs, of which each undoes the other.
 constexpr uint16_t FIRST_PAIR = 10;
 
-// The unit code of a timing record is the basic unit times 4 plus the decimals; units go down to 10^-15
-// seconds.
+// The unit code of a timing record is the basic unit times 4 plus the decimals.
 constexpr int UNIT_SHIFT = 2;
 constexpr uint16_t DECIMALS_MASK = 3;
-constexpr int32_t SMALLEST_UNIT = 15;
 
 enum class Outcome {
     Done,
@@ -86,8 +84,10 @@ Outcome ReplayRename(const Replay &replay) {
     return Outcome::Done;
 }
 
-// Composites keep their members' full lengths, into which the clock goes.
+// Composites keep their members' full lengths, into which the clock goes. A multiplier of which the record's
+// 16 bits have left nothing counts as 1, as everywhere.
 void SetClockMultiplier(uint32_t multiplier) {
+    multiplier = std::max(multiplier, 1u);
     if (Settings.ClockMultiplier == multiplier) return;
     Settings.ClockMultiplier = multiplier;
     for (uint32_t id = 1; id <= HighestPatternId; id++) {
@@ -100,7 +100,8 @@ void SetClockMultiplier(uint32_t multiplier) {
 Outcome ReplayTiming(const Replay &replay) {
     const LogRecord &record = replay.record;
     uint16_t unit = replay.backward ? record.pattern : record.newUnit;
-    if (unit >> UNIT_SHIFT > SMALLEST_UNIT) return Outcome::Misfit;
+    // Units that the program does not know are stored as well: a file may name them, and all that follows in
+    // the log fits all the same.
     Settings.BasicUnit = unit >> UNIT_SHIFT;
     Settings.Decimals = unit & DECIMALS_MASK;
     SetClockMultiplier(replay.backward ? record.oldMultiplier : record.newMultiplier);
@@ -129,14 +130,10 @@ Outcome InsertData(const Replay &replay) {
     return done ? Outcome::Done : Outcome::Reported;
 }
 
-bool MayRefer(uint16_t pattern, uint16_t target) {
-    return target != 0 && target < MAX_PATTERNS && !WouldCloseCircle(pattern, target) &&
-           !WouldNestTooDeep(pattern, target);
-}
-
 Outcome InsertUse(const Replay &replay) {
     const LogRecord &record = replay.record;
-    if (!MayRefer(record.pattern, record.patternId)) return Outcome::Misfit;
+    bool isId = record.patternId != 0 && record.patternId < MAX_PATTERNS;
+    if (!isId || !MayRefer(record.pattern, record.patternId)) return Outcome::Misfit;
     if (!PatternInUse(record.patternId)) leftToDo.references = true;
     bool done = InsertReference(replay.pattern(), static_cast<PatternKind>(record.ownerKind & 3),
                                 PlaceToInsert(replay), record.patternId, record.scale, record.repeat,
@@ -229,7 +226,7 @@ Outcome ReplayOnPattern(const Replay &replay, uint16_t effectiveKind) {
         return RemoveRecordsRow(replay);
     case RecInsertRow:
         return InsertRecordsRow(replay);
-    default:
+    default: // never: the reader refuses all other kinds
         return Outcome::Misfit;
     }
 }
@@ -257,7 +254,7 @@ void DeleteDanglingReferences() {
     int32_t recording = EditLog.Recording;
     EditLog.Recording = 0;
     for (uint32_t id = 1; id <= HighestPatternId; id++) {
-        if (!PatternInUse(id)) continue;
+        if (!PatternInUse(id) || ReferenceItems[id] == 0) continue;
         Pattern *pattern = PatternFromId(id);
         for (uint32_t i = pattern->itemCount; i-- > 0;) {
             if (NamesNothing(pattern->item(i))) DeleteItem(pattern, static_cast<uint16_t>(i));

@@ -105,6 +105,18 @@ void CheckForever(bool on) {
     HeadlessEditDialog.foreverChecked = on;
 }
 
+uint16_t FocusedEditControl() {
+    return HeadlessEditDialog.open ? HeadlessEditDialog.focus : 0;
+}
+
+void FocusWaves() {
+    HeadlessFocus(0);
+}
+
+void TypeIntoEditField(uint16_t id, char c) {
+    SetEditText(id, std::string(1, c).c_str());
+}
+
 void ClearStateList() {
     HeadlessEditDialog.states.clear();
     HeadlessEditDialog.stateSelected = -1;

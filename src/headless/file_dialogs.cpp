@@ -5,8 +5,9 @@
 namespace {
 
 // The next answer to `path`; false where it is "" or none is left, or where it does not fit.
-bool Answer(const char *title, const char *label, const char *ext, char *path, int pathSize) {
-    Headless.fileQuestions.push_back({title ? title : "", label, ext, path});
+bool Answer(const char *title, const char *label, const char *initialDir, char *path, int pathSize,
+            const char *ext) {
+    Headless.fileQuestions.push_back({title ? title : "", label, ext, initialDir ? initialDir : "", path});
     if (Headless.fileAnswers.empty()) return false;
     std::string answer = Headless.fileAnswers.front();
     Headless.fileAnswers.pop_front();
@@ -17,12 +18,12 @@ bool Answer(const char *title, const char *label, const char *ext, char *path, i
 
 } // namespace
 
-bool OpenFileDialog(const char *title, const char *label, const char * /*initialDir*/, char *path,
-                    int pathSize, const char *ext, bool /*keepDir*/) {
-    return Answer(title, label, ext, path, pathSize);
+bool OpenFileDialog(const char *title, const char *label, const char *initialDir, char *path, int pathSize,
+                    const char *ext, bool /*keepDir*/) {
+    return Answer(title, label, initialDir, path, pathSize, ext);
 }
 
-bool SaveFileDialog(const char *title, const char *label, const char * /*initialDir*/, char *path,
-                    int pathSize, const char *ext) {
-    return Answer(title, label, ext, path, pathSize);
+bool SaveFileDialog(const char *title, const char *label, const char *initialDir, char *path, int pathSize,
+                    const char *ext) {
+    return Answer(title, label, initialDir, path, pathSize, ext);
 }

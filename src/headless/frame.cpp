@@ -13,6 +13,10 @@ void EnableCommand(uint32_t id, bool on) {
     Headless.enabledCommands.emplace_back(id, on);
 }
 
+void CheckCommand(uint32_t id, bool on) {
+    Headless.checkedCommands[id] = on;
+}
+
 void RedrawMenuBar() {}
 
 void PostCommand(uint32_t id) {

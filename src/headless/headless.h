@@ -4,6 +4,7 @@
 
 #include "display/panes.h"
 #include <deque>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,7 @@ struct HeadlessAlert {
 
 // What a file dialog was asked with.
 struct HeadlessFileQuestion {
-    std::string title, label, ext;
+    std::string title, label, ext, directory;
     std::string path; // the start value
 };
 
@@ -34,6 +35,7 @@ struct HeadlessState {
     std::vector<std::string> titles;
     std::vector<uint32_t> postedCommands;
     std::vector<std::pair<uint32_t, bool>> enabledCommands; // calls of EnableCommand
+    std::map<uint32_t, bool> checkedCommands;               // the marks in the menu
     std::vector<std::string> startedProcesses;
     std::vector<HeadlessFileQuestion> fileQuestions;
     int frameInvalidations = 0;
@@ -41,10 +43,13 @@ struct HeadlessState {
     int windowsReleased = 0;
     int frameCloses = 0;
     int framesToFront = 0;
+    std::string heldFile;                  // full path of the file that this program holds
+    std::vector<std::string> holdersShown; // full paths of files whose holders were brought to the front
 
     // What is answered. With none left an alert answers 1, a file dialog is cancelled.
     std::deque<int> alertAnswers;
-    std::deque<std::string> fileAnswers; // "" cancels
+    std::deque<std::string> fileAnswers;    // "" cancels
+    std::vector<std::string> heldElsewhere; // full paths of the files that other programs hold
 
     // The screen and the panels.
     int32_t screenWidth = 1024, screenHeight = 768;

@@ -5,14 +5,15 @@
 #include "display/renderer.h"
 #include "display/row_metrics.h"
 #include "display/row_table.h"
+#include "display/ruler.h"
 #include "display/viewport.h"
 #include "headless/headless.h"
 #include "headless/surface_cairo.h"
+#include "platform/file_replacement.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
 #include <algorithm>
 #include <cairo-pdf.h>
-#include <cairo-svg.h>
 #include <memory>
 #include <string_view>
 
@@ -98,7 +99,23 @@ int32_t WidestName(const std::vector<uint16_t> &ids) {
     return widest;
 }
 
-// Sizes the window to the rows, and shows the range in it.
+// The pixels that the ruler's labels take to the right of the wave pane's left edge.
+int32_t LabelsReach() {
+    int32_t reach = 0;
+    ForEachRulerTick(
+        ChooseRulerSteps(),
+        [](const RulerTick &tick, void *context) {
+            if (!tick.label) return;
+            int32_t width = TextWidth(tick.label);
+            auto &furthest = *static_cast<int32_t *>(context);
+            furthest = std::max(furthest, tick.x - width / 2 + width);
+        },
+        &reach);
+    return reach;
+}
+
+// Sizes the window to the rows, and shows the range in it. The ruler goes on beyond the wave pane where its
+// last label would be cut.
 Layout LayOut(const PictureRequest &request) {
     InitWaveMetrics();
     BuildLevelColour();
@@ -117,7 +134,7 @@ Layout LayOut(const PictureRequest &request) {
     Layout layout;
     int32_t top = WaveView.RulerHeight;
     int32_t left = WaveView.NameColumnWidth + GRIP;
-    layout.width = left + request.width + 2 * FRAME;
+    layout.width = left + std::max(request.width, LabelsReach()) + 2 * FRAME;
     layout.height = top + height + 2 * FRAME;
     layout.ruler = {0, 0, layout.width, top};
     layout.names = {0, top, WaveView.NameColumnWidth, height + 2 * FRAME};
@@ -125,7 +142,14 @@ Layout LayOut(const PictureRequest &request) {
     return layout;
 }
 
-void SetRectangle(cairo_t *context, int colour, const PanePlace &place) {
+void SetRectangle(int colour, const PanePlace &place) {
+    const PictureTarget &target = HeadlessSurface.target;
+    if (target.svg) {
+        SvgRectangle(*target.svg, colour, false,
+                     {place.x, place.y, place.x + place.width, place.y + place.height});
+        return;
+    }
+    cairo_t *context = target.context;
     uint32_t rgb = ColorTable[static_cast<size_t>(colour)];
     cairo_set_source_rgb(context, (rgb >> 16) / 255.0, (rgb >> 8 & 255) / 255.0, (rgb & 255) / 255.0);
     cairo_rectangle(context, place.x, place.y, place.width, place.height);
@@ -141,9 +165,9 @@ void PlacePane(Pane pane, const PanePlace &place) {
     Headless.clip[index] = {0, 0, place.width - 2 * FRAME, place.height - 2 * FRAME};
 }
 
-void DrawFrame(cairo_t *context, int background, const PanePlace &place) {
-    SetRectangle(context, background == BLACK ? WHITE : BLACK, place);
-    SetRectangle(context, background,
+void DrawFrame(int background, const PanePlace &place) {
+    SetRectangle(background == BLACK ? WHITE : BLACK, place);
+    SetRectangle(background,
                  {place.x + FRAME, place.y + FRAME, place.width - 2 * FRAME, place.height - 2 * FRAME});
 }
 
@@ -160,13 +184,13 @@ void DrawRows(const std::vector<uint16_t> &ids) {
     }
 }
 
-void DrawPicture(cairo_t *context, const Layout &layout, const std::vector<uint16_t> &ids) {
+// Draws on the surface's target.
+void DrawPicture(const Layout &layout, const std::vector<uint16_t> &ids) {
     int background = ColorSettings[Background];
-    SetRectangle(context, background, {0, 0, layout.width, layout.height});
-    HeadlessSurface.target.context = context;
+    SetRectangle(background, {0, 0, layout.width, layout.height});
     for (auto [pane, place] : {std::pair(Pane::Ruler, layout.ruler), std::pair(Pane::Name, layout.names),
                                std::pair(Pane::Wave, layout.waves)}) {
-        DrawFrame(context, background, place);
+        DrawFrame(background, place);
         PlacePane(pane, place);
     }
     Headless.panesExist = true;
@@ -178,31 +202,71 @@ void DrawPicture(cairo_t *context, const Layout &layout, const std::vector<uint1
 using Surface = std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)>;
 using Context = std::unique_ptr<cairo_t, decltype(&cairo_destroy)>;
 
-Surface MakeSurface(Format format, const PictureRequest &request, const Layout &layout) {
+std::string TellOf(cairo_status_t status) {
+    return std::string("cannot be drawn: ") + cairo_status_to_string(status);
+}
+
+std::string TellUnwritten(const FileReplacement &file) {
+    return "cannot be written: " + file.failure();
+}
+
+cairo_status_t WriteBytes(void *file, const unsigned char *bytes, unsigned length) {
+    std::string_view text(reinterpret_cast<const char *>(bytes), length);
+    return static_cast<FileReplacement *>(file)->write(text) ? CAIRO_STATUS_SUCCESS
+                                                             : CAIRO_STATUS_WRITE_ERROR;
+}
+
+Surface MakeSurface(Format format, const PictureRequest &request, const Layout &layout,
+                    FileReplacement &file) {
     cairo_surface_t *surface;
     if (format == Format::Png) {
         surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, layout.width * request.scale,
                                              layout.height * request.scale);
-    } else if (format == Format::Svg) {
-        surface = cairo_svg_surface_create(request.path, layout.width, layout.height);
-        cairo_svg_surface_set_document_unit(surface, CAIRO_SVG_UNIT_PX);
     } else {
-        surface = cairo_pdf_surface_create(request.path, layout.width, layout.height);
+        surface = cairo_pdf_surface_create_for_stream(WriteBytes, &file, layout.width, layout.height);
     }
     return Surface(surface, cairo_surface_destroy);
 }
 
-cairo_status_t Write(Format format, const PictureRequest &request, const Layout &layout) {
-    Surface surface = MakeSurface(format, request, layout);
+void WriteSvg(const PictureRequest &request, const Layout &layout, FileReplacement &file) {
+    SvgDrawing svg;
+    SvgBegin(svg, {layout.width, layout.height});
+    HeadlessSurface.target.svg = &svg;
+    DrawPicture(layout, request.rows);
+    SvgEnd(svg);
+    file.write(svg.text);
+}
+
+// What Cairo says of a picture drawn and written through it.
+cairo_status_t WriteByCairo(Format format, const PictureRequest &request, const Layout &layout,
+                            FileReplacement &file) {
+    Surface surface = MakeSurface(format, request, layout, file);
     if (cairo_status_t status = cairo_surface_status(surface.get())) return status;
     Context context(cairo_create(surface.get()), cairo_destroy);
     if (format == Format::Png) cairo_scale(context.get(), request.scale, request.scale);
     HeadlessSurface.target.crisp = format == Format::Png && request.scale == 1;
-    DrawPicture(context.get(), layout, request.rows);
+    HeadlessSurface.target.context = context.get();
+    DrawPicture(layout, request.rows);
+    // Of the fonts, too.
     if (cairo_status_t status = cairo_status(context.get())) return status;
-    if (format == Format::Png) return cairo_surface_write_to_png(surface.get(), request.path);
+    if (format == Format::Png) return cairo_surface_write_to_png_stream(surface.get(), WriteBytes, &file);
     cairo_surface_finish(surface.get());
     return cairo_surface_status(surface.get());
+}
+
+// Draws the picture into a file that takes the old one's place when it is whole. Empty, or a message.
+std::string Write(Format format, const PictureRequest &request, const Layout &layout) {
+    FileReplacement file(request.path);
+    if (!file.isOpen()) return TellUnwritten(file);
+    cairo_status_t status = CAIRO_STATUS_SUCCESS;
+    if (format == Format::Svg) {
+        WriteSvg(request, layout, file);
+    } else {
+        status = WriteByCairo(format, request, layout, file);
+    }
+    if (!file.failure().empty()) return TellUnwritten(file);
+    if (status != CAIRO_STATUS_SUCCESS) return TellOf(status);
+    return file.finish() && file.commit() ? "" : TellUnwritten(file);
 }
 
 // A message for what cannot be drawn, or null.
@@ -240,9 +304,6 @@ bool RenderPicture(const PictureRequest &request, std::string &error) {
         error = "the picture would be too large";
         return false;
     }
-    cairo_status_t status = Write(format, request, layout);
-    if (status != CAIRO_STATUS_SUCCESS) {
-        error = std::string("cannot write ") + request.path + ": " + cairo_status_to_string(status);
-    }
-    return status == CAIRO_STATUS_SUCCESS;
+    error = Write(format, request, layout);
+    return error.empty();
 }

@@ -16,6 +16,6 @@ struct PictureRequest {
 };
 
 // Draws ruler, name column and wave pane without scroll bars, the name column as wide as the longest name.
-// The rows and the view of the document stay as they are. False with a message in `error` if that is not
-// possible.
+// The rows and the view of the document stay as they are. The picture's file is replaced when all of it has
+// been written. False with a message in `error` if that is not possible.
 bool RenderPicture(const PictureRequest &request, std::string &error);

@@ -43,6 +43,15 @@ public:
     cairo_t *const context; // null if nothing is to be drawn
 };
 
+// The SVG drawing, with the current panel selected; null if nothing is drawn there.
+SvgDrawing *PanelSvg() {
+    const PictureTarget &target = HeadlessSurface.target;
+    if (!target.svg) return nullptr;
+    auto pane = static_cast<size_t>(HeadlessSurface.pane);
+    SvgSelectPanel(*target.svg, target.origin[pane], target.size[pane]);
+    return target.svg;
+}
+
 // Gathers the pixels of a line into as few rectangles as possible.
 class PixelRun {
 public:
@@ -314,6 +323,10 @@ void SurfacePolyline(std::span<const PixelPoint> points) {
         call.patterned = HeadlessSurface.penDotted;
         HeadlessSurface.calls.push_back(call);
     }
+    if (SvgDrawing *svg = PanelSvg()) {
+        SvgPolyline(*svg, HeadlessSurface.penColour, HeadlessSurface.penDotted, points);
+        return;
+    }
     PaneDrawing drawing;
     if (!drawing.context) return;
     SetSourceColour(drawing.context, HeadlessSurface.penColour);
@@ -336,6 +349,10 @@ void SurfaceFill(const PixelRect &rect) {
         call.patterned = HeadlessSurface.brushHatched;
         HeadlessSurface.calls.push_back(call);
     }
+    if (SvgDrawing *svg = PanelSvg()) {
+        SvgRectangle(*svg, HeadlessSurface.brushColour, HeadlessSurface.brushHatched, rect);
+        return;
+    }
     PaneDrawing drawing;
     if (!drawing.context) return;
     if (HeadlessSurface.brushHatched) {
@@ -355,6 +372,11 @@ void SurfaceText(int32_t left, int32_t top, const char *text) {
         call.colour = HeadlessSurface.textColour;
         call.text = text;
         HeadlessSurface.calls.push_back(call);
+    }
+    if (SvgDrawing *svg = PanelSvg()) {
+        SvgText(*svg, HeadlessSurface.textColour, {left, top + HEADLESS_FONT_ASCENT}, HeadlessFontWidth(text),
+                HeadlessFontText(text));
+        return;
     }
     PaneDrawing drawing;
     if (!drawing.context) return;

@@ -1,8 +1,8 @@
-// The surface without windows: it draws the panels into a picture of Cairo's, records what it is asked, or
-// does neither and only measures.
+// The surface without windows: it draws the panels into a picture of Cairo's or into SVG text, records what
+// it is asked, or does neither and only measures.
 #pragma once
 
-#include "display/surface.h"
+#include "headless/svg_drawing.h"
 #include <array>
 #include <cairo.h>
 #include <string>
@@ -40,9 +40,10 @@ struct SurfaceCall {
     std::string text;
 };
 
-// Where the panels lie in a picture. Without a context nothing is drawn.
+// Where the panels lie in a picture. With neither a context nor an SVG drawing nothing is drawn.
 struct PictureTarget {
     cairo_t *context = nullptr;
+    SvgDrawing *svg = nullptr; // takes the lines, fills and texts in place of the context
     PixelPoint origin[4] = {}; // of each panel's client area, by Pane
     PixelSize size[4] = {};
     bool crisp = true; // drawn pixel by pixel; otherwise slopes and hatches are lines, for magnified and

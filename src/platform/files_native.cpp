@@ -1,5 +1,6 @@
 #include "platform/files_native.h"
 #include "platform/files.h"
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -8,6 +9,8 @@
 #include <spawn.h>
 #include <string>
 #include <sys/stat.h>
+#include <sys/xattr.h>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -41,6 +44,50 @@ fs::path Normalized(const fs::path &absolute) {
     return result;
 }
 
+// Links that lead to links, at most.
+constexpr int MOST_LINKS = 40;
+
+FileHandle Refuse(int why) {
+    errno = why;
+    return NO_FILE;
+}
+
+// The file's extended attributes, among them its access lists. False if one cannot be given; those of the
+// system's security follow from the place.
+bool CopyAttributes(int from, int to) {
+    ssize_t size = flistxattr(from, nullptr, 0);
+    if (size <= 0) return true;
+    std::vector<char> names(static_cast<size_t>(size));
+    size = flistxattr(from, names.data(), names.size());
+    for (const char *name = names.data(); name < names.data() + size; name += strlen(name) + 1) {
+        if (strncmp(name, "security.", 9) == 0) continue;
+        ssize_t length = fgetxattr(from, name, nullptr, 0);
+        if (length < 0) return false;
+        std::vector<char> value(static_cast<size_t>(length));
+        length = fgetxattr(from, name, value.data(), value.size());
+        if (length < 0 || fsetxattr(to, name, value.data(), static_cast<size_t>(length), 0) != 0)
+            return false;
+    }
+    return true;
+}
+
+// Gives `to` what `from` has besides its bytes.
+bool CopyTraits(int from, int to) {
+    struct stat old, fresh;
+    if (fstat(from, &old) != 0 || fstat(to, &fresh) != 0) return false;
+    bool owned = old.st_uid == fresh.st_uid && old.st_gid == fresh.st_gid;
+    // The mode behind the owner, as a new owner loses bits of it.
+    return (owned || fchown(to, old.st_uid, old.st_gid) == 0) && CopyAttributes(from, to) &&
+           fchmod(to, old.st_mode & 07777) == 0;
+}
+
+// The directory of a file.
+std::string Directory(const std::string &path) {
+    size_t slash = path.rfind('/');
+    if (slash == path.npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
 std::vector<std::string> SplitWords(const char *commandLine) {
     std::vector<std::string> words;
     bool inWord = false, quoted = false;
@@ -68,7 +115,9 @@ bool CanAccessFile(const char *path, FileAccess access) {
     if (stat(path, &status) != 0) return false;
     if (access == FileAccess::Exists) return true;
     bool writing = access == FileAccess::Write;
-    return (status.st_mode & (writing ? 0222 : 0444)) != 0 && ::access(path, writing ? W_OK : R_OK) == 0;
+    if ((status.st_mode & (writing ? 0222 : 0444)) != 0) return ::access(path, writing ? W_OK : R_OK) == 0;
+    errno = EACCES;
+    return false;
 }
 
 FileHandle OpenForReading(const char *path) {
@@ -77,7 +126,7 @@ FileHandle OpenForReading(const char *path) {
     struct stat status;
     if (file >= 0 && (fstat(file, &status) != 0 || S_ISDIR(status.st_mode))) {
         close(file);
-        return NO_FILE;
+        return Refuse(EISDIR);
     }
     return file;
 }
@@ -97,6 +146,10 @@ FileHandle CreateForUpdate(const char *path) {
     return open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
 }
 
+FileHandle CreateNewFile(const char *path, bool ownerOnly) {
+    return open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnly ? 0600 : 0666);
+}
+
 bool SeekFile(FileHandle file, int64_t offset) {
     return lseek(static_cast<int>(file), offset, SEEK_SET) == offset;
 }
@@ -111,7 +164,21 @@ int64_t ReadBytes(FileHandle file, void *buffer, size_t size) {
 }
 
 int64_t WriteBytes(FileHandle file, const void *bytes, size_t size) {
-    return write(static_cast<int>(file), bytes, WriteLimitHook ? WriteLimitHook(size) : size);
+    ssize_t count = write(static_cast<int>(file), bytes, WriteLimitHook ? WriteLimitHook(size) : size);
+    if (count == 0 && size > 0) errno = ENOSPC;
+    return count;
+}
+
+bool SetFileLength(FileHandle file, int64_t length) {
+    return ftruncate(static_cast<int>(file), length) == 0;
+}
+
+bool FlushFile(FileHandle file) {
+    return fsync(static_cast<int>(file)) == 0;
+}
+
+std::string FileFailure() {
+    return std::generic_category().message(errno);
 }
 
 void CloseFile(FileHandle file) {
@@ -122,8 +189,48 @@ bool RemoveFile(const char *path) {
     return unlink(path) == 0;
 }
 
-bool ReplaceFileWith(const char *from, const char *to) {
+bool RenameFile(const char *from, const char *to) {
+    struct stat status;
+    if (lstat(to, &status) == 0) {
+        errno = EEXIST;
+        return false;
+    }
     return rename(from, to) == 0;
+}
+
+bool AdoptTraits(FileHandle file, const char *path) {
+    int old = open(path, O_RDONLY | O_CLOEXEC);
+    bool good = old >= 0 && CopyTraits(old, static_cast<int>(file));
+    if (old >= 0) close(old);
+    return good;
+}
+
+bool ReplaceFileWith(const char *from, const char *to) {
+    struct stat old;
+    bool there = lstat(to, &old) == 0;
+    return (!there || (S_ISREG(old.st_mode) && old.st_nlink == 1)) && rename(from, to) == 0;
+}
+
+std::string FollowLinks(const char *path) {
+    std::string target = path;
+    for (int links = 0; links < MOST_LINKS; links++) {
+        std::error_code error;
+        fs::path next = fs::read_symlink(target, error);
+        if (error) return target;
+        target = next.is_absolute() ? next.string() : Directory(target) + "/" + next.string();
+    }
+    errno = ELOOP;
+    return "";
+}
+
+bool IsDevice(const char *path) {
+    struct stat status;
+    return stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+bool IsDirectory(const char *path) {
+    struct stat status;
+    return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 bool MakeTemporaryFile(const char *prefix, char *out) {

@@ -27,9 +27,45 @@ FileHandle Open(const char *path, DWORD access, DWORD creation) {
     return file == INVALID_HANDLE_VALUE ? NO_FILE : reinterpret_cast<FileHandle>(file);
 }
 
-bool IsDirectory(const char *path) {
-    DWORD attributes = GetFileAttributesA(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+// Names the system keeps for a file behind a prefix that other calls do not take.
+constexpr const char *LONG_PREFIX = "\\\\?\\";
+constexpr const char *LONG_SHARE_PREFIX = "\\\\?\\UNC\\";
+
+// The file's handle to ask about it, also for one that others have open; INVALID_HANDLE_VALUE if it is not
+// there.
+HANDLE OpenToAsk(const char *path) {
+    return CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
+// True if the file has names besides this one.
+bool HasOtherNames(const char *path) {
+    HANDLE file = OpenToAsk(path);
+    if (file == INVALID_HANDLE_VALUE) return false;
+    BY_HANDLE_FILE_INFORMATION information;
+    bool others = GetFileInformationByHandle(file, &information) && information.nNumberOfLinks > 1;
+    CloseHandle(file);
+    return others;
+}
+
+// How many bytes a character has in the code page; 0 for half of a pair.
+int NarrowSize(wchar_t c) {
+    if (c >= 0xD800 && c <= 0xDFFF) return 0;
+    return WideCharToMultiByte(CP_ACP, 0, &c, 1, nullptr, 0, nullptr, nullptr);
+}
+
+// In place: a letter whose other case takes another number of bytes stays, and so does a text that is none of
+// the code page.
+void MapCase(char *text, DWORD(WINAPI *map)(wchar_t *, DWORD)) {
+    int size = static_cast<int>(strlen(text)) + 1;
+    std::vector<wchar_t> wide(static_cast<size_t>(size));
+    int count = MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, text, -1, wide.data(), size);
+    for (int i = 0; i < count; ++i) {
+        wchar_t &c = wide[static_cast<size_t>(i)], other = c;
+        map(&other, 1);
+        if (NarrowSize(c) != 0 && NarrowSize(other) == NarrowSize(c)) c = other;
+    }
+    if (count > 0) WideCharToMultiByte(CP_ACP, 0, wide.data(), count, text, size, nullptr, nullptr);
 }
 
 } // namespace
@@ -57,6 +93,11 @@ FileHandle CreateForUpdate(const char *path) {
     return Open(path, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
 }
 
+// What a new file may be read by follows from its directory; nothing narrower is asked for.
+FileHandle CreateNewFile(const char *path, bool) {
+    return Open(path, GENERIC_WRITE, CREATE_NEW);
+}
+
 bool SeekFile(FileHandle file, int64_t offset) {
     LARGE_INTEGER distance;
     distance.QuadPart = offset;
@@ -78,6 +119,23 @@ int64_t WriteBytes(FileHandle file, const void *bytes, size_t size) {
     return WriteFile(HandleOf(file), bytes, TransferSize(size), &count, nullptr) ? count : -1;
 }
 
+bool SetFileLength(FileHandle file, int64_t length) {
+    return SeekFile(file, length) && SetEndOfFile(HandleOf(file));
+}
+
+bool FlushFile(FileHandle file) {
+    return FlushFileBuffers(HandleOf(file)) != 0;
+}
+
+std::string FileFailure() {
+    DWORD why = GetLastError();
+    char text[256];
+    DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, why, 0,
+                                  text, sizeof text, nullptr);
+    while (length > 0 && strchr(" .\r\n", text[length - 1])) --length;
+    return length > 0 ? std::string(text, length) : "error " + std::to_string(why);
+}
+
 void CloseFile(FileHandle file) {
     CloseHandle(HandleOf(file));
 }
@@ -86,8 +144,43 @@ bool RemoveFile(const char *path) {
     return DeleteFileA(path) != 0;
 }
 
+bool RenameFile(const char *from, const char *to) {
+    return MoveFileExA(from, to, MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+// ReplaceFile does it.
+bool AdoptTraits(FileHandle, const char *) {
+    return true;
+}
+
 bool ReplaceFileWith(const char *from, const char *to) {
-    return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED) != 0;
+    if (!CanAccessFile(to, FileAccess::Exists)) return RenameFile(from, to);
+    return !HasOtherNames(to) && ReplaceFileA(to, from, nullptr, 0, nullptr, nullptr);
+}
+
+std::string FollowLinks(const char *path) {
+    HANDLE file = OpenToAsk(path);
+    if (file == INVALID_HANDLE_VALUE) return path;
+    char name[MAX_PATH_SIZE];
+    DWORD length = GetFinalPathNameByHandleA(file, name, sizeof name, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+    CloseHandle(file);
+    if (length == 0 || length >= sizeof name) return path;
+    std::string target = name;
+    if (target.starts_with(LONG_SHARE_PREFIX)) return "\\\\" + target.substr(strlen(LONG_SHARE_PREFIX));
+    return target.starts_with(LONG_PREFIX) ? target.substr(strlen(LONG_PREFIX)) : target;
+}
+
+bool IsDevice(const char *path) {
+    HANDLE file = OpenToAsk(path);
+    if (file == INVALID_HANDLE_VALUE) return false;
+    DWORD type = GetFileType(file);
+    CloseHandle(file);
+    return type != FILE_TYPE_DISK;
+}
+
+bool IsDirectory(const char *path) {
+    DWORD attributes = GetFileAttributesA(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 bool MakeTemporaryFile(const char *prefix, char *out) {
@@ -137,11 +230,11 @@ void ProgramDirectory(char *out, size_t size) {
 }
 
 void LowerCase(char *text) {
-    CharLowerA(text);
+    MapCase(text, CharLowerBuffW);
 }
 
 void UpperCase(char *text) {
-    CharUpperA(text);
+    MapCase(text, CharUpperBuffW);
 }
 
 bool StartProcess(const char *commandLine) {

@@ -1,3 +1,4 @@
+#include "platform/file_replacement.h"
 #include "platform/files.h"
 #include "platform/profile.h"
 #include <algorithm>
@@ -101,15 +102,8 @@ bool ReadWhole(const char *path, std::string &text) {
 }
 
 bool WriteWhole(const char *path, std::string_view text) {
-    FileHandle file = OpenForWriting(path);
-    if (file == NO_FILE) return false;
-    while (!text.empty()) {
-        int64_t count = WriteBytes(file, text.data(), text.size());
-        if (count <= 0) break;
-        text.remove_prefix(static_cast<size_t>(count));
-    }
-    CloseFile(file);
-    return text.empty();
+    FileReplacement file(path);
+    return file.isOpen() && file.write(text) && file.finish() && file.commit();
 }
 
 std::string_view WithoutQuotes(std::string_view value) {

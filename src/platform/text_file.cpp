@@ -3,10 +3,18 @@
 
 namespace {
 constexpr size_t BLOCK_SIZE = 65536;
+
+// Why a file did not open that should have; empty for one that is not there or not to be read.
+std::string WhyClosed(const char *path) {
+    std::string why = FileFailure();
+    return CanAccessFile(path, FileAccess::Read) && !IsDirectory(path) ? why : "";
 }
+
+} // namespace
 
 TextReader::TextReader(const char *path) : file(OpenForReading(path)) {
     open = file != NO_FILE;
+    if (!open) why = WhyClosed(path);
     if (open) block = std::make_unique<char[]>(BLOCK_SIZE);
 }
 
@@ -17,10 +25,10 @@ TextReader::~TextReader() {
     if (file != NO_FILE) CloseFile(file);
 }
 
-// A file that stops being readable ends here, as at its last byte.
 bool TextReader::fill() {
     if (file == NO_FILE) return false;
     int64_t count = ReadBytes(file, block.get(), BLOCK_SIZE);
+    if (count < 0) why = FileFailure();
     if (count <= 0) return false;
     next = block.get();
     end = next + count;
@@ -30,7 +38,7 @@ bool TextReader::fill() {
 int TextReader::readLine(char *buffer, int size) {
     if (size < 2) return -1;
     int used = 0;
-    while (next != end || fill()) {
+    while (next != end || (!failed() && fill())) {
         int room = size - 1 - used;
         if (room == 0) {
             // The buffer is full behind a carriage return: with its line feed it counts as one character.
@@ -60,16 +68,19 @@ TextWriter::TextWriter(const char *path) : file(OpenForWriting(path)) {
     if (file != NO_FILE) block = std::make_unique<char[]>(BLOCK_SIZE);
 }
 
+TextWriter::TextWriter(FileHandle file)
+    : file(file), owned(false), block(std::make_unique<char[]>(BLOCK_SIZE)) {}
+
 TextWriter::~TextWriter() {
     close();
 }
 
 void TextWriter::flush() {
     size_t done = 0;
-    while (done < used && !failed) {
+    while (done < used && why.empty()) {
         int64_t count = WriteBytes(file, block.get() + done, used - done);
         if (count <= 0)
-            failed = true;
+            why = FileFailure();
         else
             done += static_cast<size_t>(count);
     }
@@ -103,7 +114,21 @@ void TextWriter::write(std::string_view text) {
 bool TextWriter::close() {
     if (file == NO_FILE) return false;
     flush();
-    CloseFile(file);
+    if (owned) CloseFile(file);
     file = NO_FILE;
-    return !failed;
+    return why.empty();
+}
+
+bool ReadsToItsEnd(const char *path, std::string &why) {
+    FileHandle file = OpenForReading(path);
+    if (file == NO_FILE) {
+        why = WhyClosed(path);
+        return why.empty();
+    }
+    auto block = std::make_unique<char[]>(BLOCK_SIZE);
+    int64_t count;
+    while ((count = ReadBytes(file, block.get(), BLOCK_SIZE)) > 0) {}
+    if (count < 0) why = FileFailure();
+    CloseFile(file);
+    return count == 0;
 }

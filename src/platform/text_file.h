@@ -3,6 +3,7 @@
 
 #include "platform/files.h"
 #include <memory>
+#include <string>
 #include <string_view>
 
 class TextReader {
@@ -20,11 +21,16 @@ public:
     // return in front of a line feed is dropped. Returns the number of characters, at least 1, or -1 at the
     // end of the file.
     int readLine(char *buffer, int size);
+    // True once a file that is there and may be read has not opened, or has stopped being readable before its
+    // end, which readLine tells like the end; and why.
+    bool failed() const { return !why.empty(); }
+    const std::string &failure() const { return why; }
 
 private:
     bool fill();
     FileHandle file = NO_FILE;
     bool open = false;
+    std::string why;
     std::unique_ptr<char[]> block;
     const char *next = nullptr;
     const char *end = nullptr;
@@ -34,21 +40,29 @@ class TextWriter {
 public:
     // Makes or empties `path`; isOpen tells if that worked. Line feeds become the platform's line ends.
     explicit TextWriter(const char *path);
+    // Writes to an open file, which stays open.
+    explicit TextWriter(FileHandle file);
     TextWriter(const TextWriter &) = delete;
     TextWriter &operator=(const TextWriter &) = delete;
     ~TextWriter();
 
     bool isOpen() const { return file != NO_FILE; }
     void write(std::string_view text);
-    // Writes what is buffered and closes; true if every byte has been written, false also where
-    // nothing is open.
+    // Writes what is buffered and closes what it has opened; true if every byte has been written, false also
+    // where nothing is open.
     bool close();
+    // Why a byte could not be written; empty if none was lost.
+    const std::string &failure() const { return why; }
 
 private:
     void append(std::string_view bytes);
     void flush();
     FileHandle file = NO_FILE;
-    bool failed = false;
+    bool owned = true;
+    std::string why;
     size_t used = 0;
     std::unique_ptr<char[]> block;
 };
+
+// True if there is no such file, or it can be read to its end; else the reason to `why`.
+bool ReadsToItsEnd(const char *path, std::string &why);

@@ -1,5 +1,6 @@
 #include "shell/commands.h"
 
+#include "config/settings.h"
 #include "display/composition.h"
 #include "display/cursor_readout.h"
 #include "display/overlay.h"
@@ -9,6 +10,7 @@
 #include "display/zoom.h"
 #include "document/document.h"
 #include "edit/clipboard.h"
+#include "edit/edit_dialog.h"
 #include "edit/expand_bus.h"
 #include "edit/selection.h"
 #include "edit/show_selection.h"
@@ -54,6 +56,10 @@ void Copy() {
 
 void Delete() {
     CutCopyDelete(COMMAND_DELETE);
+}
+
+void ToggleKeysToWaves() {
+    Settings.KeysToWaves = !Settings.KeysToWaves;
 }
 
 // The end of the command takes the selection away.
@@ -116,6 +122,7 @@ constexpr Command commandTable[] = {
     {COMMAND_INSERT_PATTERN, nullptr, Never},
     {COMMAND_REMOVE, nullptr, Never},
     {COMMAND_COLORS, nullptr, Never},
+    {COMMAND_KEYS_TO_WAVES, ToggleKeysToWaves, Always},
     {COMMAND_NEW, nullptr, Always},
     {COMMAND_OPEN, nullptr, Always},
     {COMMAND_SAVE, nullptr, Always},
@@ -193,6 +200,12 @@ void EndCommand() {
     FinishCommand();
 }
 
+// What a view command interrupts is still the mode.
+uint16_t ModeInForce() {
+    const auto &saved = CommandState.SavedViewState;
+    return CommandState.ViewCommandSaved ? saved.running.CurrentCommand : CommandState.CurrentCommand;
+}
+
 // Starts the command in force. `before` is the one before it, `path` the file for Open, empty to ask for one.
 void StartCommand(uint16_t before, const char *path) {
     if (CommandState.CurrentCommand != 0) CommandState.CursorMode = CURSOR_QUERY;
@@ -205,6 +218,11 @@ void StartCommand(uint16_t before, const char *path) {
     case COMMAND_SAVE_AS:
         SaveDocument(CommandState.CurrentCommand == COMMAND_SAVE_AS);
         break;
+    case COMMAND_EDIT_MODE:
+        // Only here: no other command opens the dialog again that the user has closed.
+        OpenEditDialog();
+        FinishCommand();
+        return;
     default:
         FinishCommand();
         return;
@@ -293,18 +311,33 @@ void DispatchById(uint32_t id) {
 
 void DispatchCommand(int32_t id) {
     ShowErrorStrip(nullptr);
+    EndTyping();
     if (id >= 0) {
         EndModeGesture();
         DispatchById(static_cast<uint32_t>(id));
     }
     UpdateCommands();
     if (CommandState.CurrentCommand == 0) SetPrompt("Select A Command.  F1 for Help");
+    ShowNotices();
+}
+
+bool MayClose() {
+    uint16_t mode = ModeInForce();
+    DispatchCommand(0);
+    DrawOverlay(false);
+    bool may = QuerySaveChanges(true);
+    CommandState.CurrentCommand = mode;
+    CommandState.CommandPhase = PHASE_IDLE;
+    FinishCommand();
+    UpdateCommands();
+    return may;
 }
 
 void OpenFile(const char *path) {
     ShowErrorStrip(nullptr);
     ChangeCommand(COMMAND_OPEN, path);
     UpdateCommands();
+    ShowNotices();
 }
 
 void ViewCommand(uint32_t id) {
@@ -341,6 +374,7 @@ void ExecuteCommand(uint32_t id) {
 }
 
 void FinishCommand() {
+    EndTyping();
     int held = LogHoldOpen(1);
     bool edit = CommandState.CurrentCommand == COMMAND_EDIT_MODE;
     if (!edit) CommandState.CurrentCommand = COMMAND_QUERY_MODE;
@@ -362,4 +396,6 @@ bool CommandIsAllowed(uint32_t id) {
 
 void UpdateCommands() {
     for (const Command &command : commandTable) EnableCommand(command.id, command.allowed());
+    for (uint16_t mode : {COMMAND_QUERY_MODE, COMMAND_EDIT_MODE}) CheckCommand(mode, ModeInForce() == mode);
+    CheckCommand(COMMAND_KEYS_TO_WAVES, Settings.KeysToWaves);
 }

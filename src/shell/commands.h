@@ -12,6 +12,9 @@ void DispatchCommand(int32_t id);
 void OpenFile(const char *path);
 // Runs a command of the range 50 to 148.
 void ExecuteCommand(uint32_t id);
+// Ends what is in force, and asks whether to save. True if the program may close; the mode that was in force
+// is so again for as long as it does not.
+bool MayClose();
 // Returns to the mode that follows a command: Edit mode holds on, everything else becomes Query mode.
 void FinishCommand();
 // Starts, ends or goes on with a view command, by CommandPhase.
@@ -21,5 +24,5 @@ void ViewCommand(uint32_t id);
 bool CommandIsBuilt(uint32_t id);
 // True if the command may be chosen in the present state.
 bool CommandIsAllowed(uint32_t id);
-// Enables each menu entry, or grays it, by the present state.
+// Enables each menu entry, or grays it, and marks it, by the present state.
 void UpdateCommands();

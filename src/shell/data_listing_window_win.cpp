@@ -75,7 +75,7 @@ void TakeCommand(WPARAM wParam) {
     }
 }
 
-INT_PTR CALLBACK ListingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+INT_PTR CALLBACK ListingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_INITDIALOG:
         ShowIcon(dialog);
@@ -88,6 +88,8 @@ INT_PTR CALLBACK ListingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
     case WM_COMMAND:
         TakeCommand(wParam);
         return TRUE;
+    case WM_SYSCOMMAND:
+        return OpenMenuByKey(wParam, lParam);
     case WM_CLOSE:
         CloseDataListing();
         return TRUE;

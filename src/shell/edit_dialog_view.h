@@ -19,6 +19,13 @@ void GetEditText(uint16_t id, char *buffer, size_t size);
 void FocusEditField(uint16_t id);
 void CheckForever(bool on);
 
+// The control of the dialog that has the keyboard, or 0.
+uint16_t FocusedEditControl();
+// Gives the main window the keyboard, where the keys act on the waves.
+void FocusWaves();
+// Types a character into the field that has the keyboard.
+void TypeIntoEditField(uint16_t id, char c);
+
 // The list of states. -1 is no row.
 void ClearStateList();
 void AddState(const char *name);

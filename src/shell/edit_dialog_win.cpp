@@ -1,5 +1,9 @@
+#include "shell/edit_dialog_win.h"
+
+#include "config/settings.h"
 #include "edit/edit_dialog.h"
 #include "resource.h"
+#include "shell/commands.h"
 #include "shell/dialog_items_win.h"
 #include "shell/edit_dialog_view.h"
 #include "shell/frame_win.h"
@@ -55,14 +59,30 @@ void TakeCommand(HWND dialog, WORD id, WORD what) {
     }
 }
 
-INT_PTR CALLBACK EditProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+// A key of the waves came from the dialog. What was typed is taken first, as the field is left.
+void RunKeyOfWaves(uint32_t command) {
+    FocusWaves();
+    if (CommandIsAllowed(command)) DispatchCommand(static_cast<int32_t>(command));
+}
+
+bool IsKey(WPARAM wParam, LPARAM lParam) {
+    return HIWORD(wParam) == 1 && lParam == 0;
+}
+
+INT_PTR CALLBACK EditProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_INITDIALOG:
         OpenDialog(dialog);
         return FALSE;
     case WM_COMMAND:
-        TakeCommand(dialog, LOWORD(wParam), HIWORD(wParam));
+        if (IsKey(wParam, lParam)) {
+            RunKeyOfWaves(static_cast<uint32_t>(CommandOf(wParam)));
+        } else {
+            TakeCommand(dialog, LOWORD(wParam), HIWORD(wParam));
+        }
         return TRUE;
+    case WM_SYSCOMMAND:
+        return OpenMenuByKey(wParam, lParam);
     case WM_CLOSE:
         CloseDialog(dialog);
         return TRUE;
@@ -118,6 +138,25 @@ void FocusEditField(uint16_t id) {
 
 void CheckForever(bool on) {
     CheckItem(editDialog, EDIT_FOREVER, on ? BST_CHECKED : BST_UNCHECKED);
+}
+
+uint16_t FocusedEditControl() {
+    HWND focus = GetFocus();
+    bool inside = editDialog && focus && IsChild(editDialog, focus);
+    return inside ? static_cast<uint16_t>(GetDlgCtrlID(focus)) : 0;
+}
+
+void FocusWaves() {
+    if (FrameWindow) SetFocus(FrameWindow);
+}
+
+void TypeIntoEditField(uint16_t id, char c) {
+    if (editDialog) SendDlgItemMessageA(editDialog, id, WM_CHAR, static_cast<unsigned char>(c), 1);
+}
+
+bool TakenByWaves(HACCEL keys, MSG *message) {
+    bool here = Settings.KeysToWaves && editDialog && GetActiveWindow() == editDialog;
+    return here && TranslateAcceleratorA(editDialog, keys, message);
 }
 
 void ClearStateList() {

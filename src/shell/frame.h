@@ -9,6 +9,9 @@ void FrameSetTitle(const char *title);
 void FrameInvalidate();
 // Enables a menu entry, or grays it.
 void EnableCommand(uint32_t id, bool on);
+// Puts the mark in front of a menu entry, or takes it away: a dot for the modes, of which one is in force, a
+// tick for what can be on or off.
+void CheckCommand(uint32_t id, bool on);
 // Draws the menu bar anew, for who changes what stands in it.
 void RedrawMenuBar();
 // Puts a command into the message queue, to run after the current message.

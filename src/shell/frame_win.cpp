@@ -8,6 +8,7 @@
 #include "display/wave_view.h"
 #include "document/document.h"
 #include "edit/clipboard.h"
+#include "edit/edit_dialog_focus.h"
 #include "shell/clipboard_win.h"
 #include "shell/commands.h"
 #include "shell/frame.h"
@@ -19,8 +20,10 @@
 #include "shell/reporting.h"
 #include "shell/splitter_win.h"
 #include "shell/text_window_win.h"
+#include "shell/wide_names_win.h"
 #include "shell/window_positions.h"
 #include <shellapi.h>
+#include <vector>
 #include <windowsx.h>
 
 HWND FrameWindow = nullptr;
@@ -75,13 +78,39 @@ bool NothingMoved(const WINDOWPOS &change) {
     return (change.flags & all) == all && !(change.flags & SWP_HIDEWINDOW);
 }
 
-void CloseFrame() {
-    DispatchCommand(0);
-    DrawOverlay(false);
-    if (!QuerySaveChanges(true)) {
-        DrawOverlay(true);
-        return;
+// Windows keeps the windows that the main window owns above it. Not every system that takes its place does so
+// when the main window becomes active, and there the order is not settled before the messages of that are
+// over.
+constexpr UINT_PTR RAISE_TIMER = 1;
+constexpr UINT RAISE_DELAY = 200; // milliseconds
+
+BOOL CALLBACK CollectOwned(HWND window, LPARAM list) {
+    if (GetWindow(window, GW_OWNER) == FrameWindow && IsWindowVisible(window))
+        reinterpret_cast<std::vector<HWND> *>(list)->push_back(window);
+    return TRUE;
+}
+
+bool IsBelowFrame(HWND window) {
+    HWND above = FrameWindow;
+    while (above && above != window) above = GetWindow(above, GW_HWNDNEXT);
+    return above != nullptr;
+}
+
+// Those that lie below the main window come to lie directly above it, in the order that they have.
+void RaiseOwnedWindows() {
+    std::vector<HWND> owned; // the topmost first
+    EnumThreadWindows(GetCurrentThreadId(), CollectOwned, reinterpret_cast<LPARAM>(&owned));
+    for (HWND window : owned) {
+        if (!IsBelowFrame(window)) continue;
+        HWND before = GetWindow(FrameWindow, GW_HWNDPREV);
+        SetWindowPos(window, before ? before : HWND_TOP, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
+}
+
+void CloseFrame() {
+    if (!MayClose()) return;
+    DrawOverlay(false);
     StorePlaces();
     QuitHelp();
     ReleaseDocument();
@@ -96,18 +125,14 @@ void EndSession() {
 
 // Opens the first of the files.
 void OpenDropped(HDROP files) {
-    char path[MAX_PATH_SIZE];
-    UINT length = DragQueryFileA(files, 0, nullptr, 0);
-    bool fits = length > 0 && length < sizeof path && DragQueryFileA(files, 0, path, sizeof path) > 0;
+    std::wstring name(DragQueryFileW(files, 0, nullptr, 0) + 1, L'\0');
+    UINT length = DragQueryFileW(files, 0, name.data(), static_cast<UINT>(name.size()));
     DragFinish(files);
     // Not while a question is open.
     if (!DisplayOpen || !IsWindowEnabled(FrameWindow)) return;
     SetForegroundWindow(FrameWindow);
-    if (fits) {
-        OpenFile(path);
-    } else if (length > 0) {
-        UserError("File name is too long");
-    }
+    char path[MAX_PATH_SIZE];
+    if (length > 0 && TakeFileName(name.c_str(), path, sizeof path)) OpenFile(path);
 }
 
 LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -130,6 +155,12 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         UpdateCommands();
         UpdateClipboardEntry(reinterpret_cast<HMENU>(wParam));
         return 0;
+    case WM_CHAR:
+        if (wParam <= 0x7F && TypedInWaves(static_cast<char>(wParam))) return 0;
+        break;
+    case WM_KEYDOWN:
+        if (wParam == VK_TAB && EnterEditDialog()) return 0;
+        break;
     case WM_MENUSELECT:
         MenuSelectItem = LOWORD(wParam);
         MenuSelectFlags = HIWORD(wParam);
@@ -138,8 +169,7 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         CloseFrame();
         return 0;
     case WM_QUERYENDSESSION:
-        DispatchCommand(0);
-        return QuerySaveChanges(true);
+        return MayClose();
     case WM_ENDSESSION:
         if (wParam) EndSession();
         return 0;
@@ -161,6 +191,14 @@ LRESULT HandleFrameMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         return 0;
     case WM_CAPTURECHANGED:
         SplitterCancel();
+        return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) != WA_INACTIVE) SetTimer(window, RAISE_TIMER, RAISE_DELAY, nullptr);
+        break;
+    case WM_TIMER:
+        if (wParam != RAISE_TIMER) break;
+        KillTimer(window, RAISE_TIMER);
+        RaiseOwnedWindows();
         return 0;
     case WM_MOVE:
     case WM_MOUSEACTIVATE:
@@ -243,6 +281,16 @@ HMENU FrameMenu() {
     return FrameWindow ? GetMenu(FrameWindow) : nullptr;
 }
 
+// The resource script has no word for it.
+void MarkModesWithDots() {
+    MENUITEMINFOA entry = {};
+    entry.cbSize = sizeof entry;
+    entry.fMask = MIIM_FTYPE;
+    entry.fType = MFT_STRING | MFT_RADIOCHECK;
+    for (UINT mode : {COMMAND_QUERY_MODE, COMMAND_EDIT_MODE})
+        SetMenuItemInfoA(FrameMenu(), mode, FALSE, &entry);
+}
+
 } // namespace
 
 bool InitWavesInst(HINSTANCE previous, int show) {
@@ -253,6 +301,7 @@ bool InitWavesInst(HINSTANCE previous, int show) {
     PromptWindow = CreatePromptWindow(FrameWindow);
     TextWindow = CreateTextWindow(FrameWindow);
     CreateMessageWindow(FrameWindow);
+    MarkModesWithDots();
     UpdateCommands();
     DragAcceptFiles(FrameWindow, TRUE);
     ShowWindow(FrameWindow, show);
@@ -275,6 +324,14 @@ void LayOutFrameWindow() {
                TRUE);
     InvalidateRect(PromptWindow, nullptr, TRUE);
     UpdateWindow(PromptWindow);
+}
+
+bool OpenMenuByKey(WPARAM wParam, LPARAM lParam) {
+    constexpr WPARAM SYSTEM_BITS = 0xF; // of the command, which are Windows' own
+    if ((wParam & ~SYSTEM_BITS) != SC_KEYMENU || lParam == ' ' || !FrameWindow) return false;
+    SetFocus(FrameWindow);
+    SendMessageA(FrameWindow, WM_SYSCOMMAND, SC_KEYMENU, lParam);
+    return true;
 }
 
 HCURSOR CursorFor(int mode) {
@@ -302,6 +359,10 @@ void EnableCommand(uint32_t id, bool on) {
     // An entry whose command does nothing yet stays gray, whoever asks.
     bool enabled = on && CommandIsBuilt(id);
     EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
+}
+
+void CheckCommand(uint32_t id, bool on) {
+    if (HMENU menu = FrameMenu()) CheckMenuItem(menu, id, MF_BYCOMMAND | (on ? MF_CHECKED : MF_UNCHECKED));
 }
 
 void RedrawMenuBar() {

@@ -18,6 +18,9 @@ bool InitWavesInst(HINSTANCE previous, int show);
 void LayOutFrameWindow();
 // The client area's size and what else the layout depends on.
 struct FrameMeasures MeasureFrame();
+// A dialog's WM_SYSCOMMAND: where it is a key that opens a menu, the main window's opens, but for the one of
+// the dialog's own that the space bar opens. True if so.
+bool OpenMenuByKey(WPARAM wParam, LPARAM lParam);
 // The cursor for a CursorMode.
 HCURSOR CursorFor(int mode);
 

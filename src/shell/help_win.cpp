@@ -90,5 +90,6 @@ void OpenManualPage(const char *path, const std::string &anchor) {
     char redirect[MAX_PATH_SIZE];
     bool leads =
         FormRedirectPath(redirect) && WriteRedirect(redirect, RedirectPage(FileUrl(Utf8(path), anchor)));
-    if (!OpenFile(leads ? redirect : path)) UserErrorFormat("The manual cannot be shown: %s", path);
+    if (!OpenFile(leads ? redirect : path))
+        UserErrorFormat("No program shows the manual here.\nOpen this page with a web browser: %s", path);
 }

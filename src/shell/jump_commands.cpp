@@ -32,23 +32,28 @@ Pattern *SelectedRowPattern() {
 
 // --- the next change ------------------------------------------------------------------------------
 
+// An endless repetition of one value never changes. The search goes on where this many segments have brought
+// it, a moment's work, when it is asked for again.
+constexpr uint32_t MOST_SEGMENTS = 1 << 22;
+
 // What the walk to the next change has found.
 struct ChangeSearch {
     bool covered;   // a segment covers the cursor
     uint32_t value; // of that segment
     TimeVal end;    // of the last segment of that value
+    uint32_t segments;
 };
 ChangeSearch Search;
 
 int NoteSegment(const WalkSegment *segment) {
     if (!Search.covered) {
         if (segment->end <= WaveView.CursorTime) return 1;
-        Search = {true, segment->value, segment->end};
+        Search = {true, segment->value, segment->end, 1};
         return 1;
     }
     if (segment->value != Search.value) return 0;
     Search.end = segment->end;
-    return 1;
+    return ++Search.segments < MOST_SEGMENTS;
 }
 
 void JumpToNextChange() {

@@ -7,7 +7,6 @@
 #include "display/rows.h"
 #include "display/ruler_cursor.h"
 #include "edit/drag.h"
-#include "edit/edit_dialog.h"
 #include "edit/selection.h"
 #include "edit/show_selection.h"
 #include "shell/command_state.h"
@@ -311,9 +310,6 @@ void ReleaseButton() {
 void RunPhase(bool edit) {
     switch (CommandState.CommandPhase) {
     case PHASE_STARTING:
-        if (edit) OpenEditDialog();
-        Reset();
-        break;
     case PHASE_PASTING:
     case PHASE_ENDING:
         Reset();

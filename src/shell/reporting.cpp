@@ -6,6 +6,7 @@
 char PromptText[PROMPT_SIZE];
 char PromptSubstitute[PROMPT_SIZE];
 bool ErrorStripBusy;
+uint32_t FileErrors;
 
 namespace {
 
@@ -16,6 +17,8 @@ constexpr int BARE_STRIP_LIMIT = 249;
 constexpr int PREFIXED_STRIP_LIMIT = 239;
 constexpr const char *DEFAULT_ALERT_LINE = "Alert!";
 constexpr const char *DEFAULT_ALERT_BUTTON = "OK";
+
+char notices[PROMPT_SIZE];
 
 void CopyPrompt(const char *text) {
     int used = 0;
@@ -47,9 +50,11 @@ int MessageBoxOf(MessageKind kind, const char *word, const char *text) {
 } // namespace
 
 void InitReporting() {
+    notices[0] = '\0';
     PromptText[0] = '\0';
     PromptSubstitute[0] = '\0';
     ErrorStripBusy = false;
+    FileErrors = 0;
 }
 
 void SetPrompt(const char *text) {
@@ -58,6 +63,16 @@ void SetPrompt(const char *text) {
 
 void SetPromptQuick(const char *text) {
     Prompt(text, false);
+}
+
+void AddNotice(const char *text) {
+    size_t used = strlen(notices);
+    snprintf(notices + used, sizeof notices - used, "%s%s.", used ? "  " : "", text);
+}
+
+void ShowNotices() {
+    if (notices[0]) SetPrompt(notices);
+    notices[0] = '\0';
 }
 
 int ShowErrorStrip(const char *text) {
@@ -90,6 +105,13 @@ int UserErrorFormat(const char *format, ...) {
     vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
     return UserError(text);
+}
+
+void FileError(const char *format, const char *name) {
+    char text[512];
+    snprintf(text, sizeof text, format, name);
+    UserError(text);
+    FileErrors++;
 }
 
 int AlertBox(const char *line1, const char *line2, const char *line3, const char *button1,

@@ -2,6 +2,8 @@
 // and the alert box. Everything goes through these entries.
 #pragma once
 
+#include <cstdint>
+
 // The program's title.
 constexpr const char *APPLICATION_TITLE = "Kelvane";
 
@@ -19,6 +21,12 @@ extern char PromptSubstitute[PROMPT_SIZE];
 void SetPrompt(const char *text);
 void SetPromptQuick(const char *text);
 
+// A sentence on what the start or a command has done, for the prompt line. It waits until that is over, as
+// the prompts of what goes on meanwhile would hide it; several are shown side by side. ShowNotices shows
+// those that wait, if there are any.
+void AddNotice(const char *text);
+void ShowNotices();
+
 // --- the error strip -------------------------------------------------------------------------------------
 // Shows the strip with "ERROR: " and the text, or with the bare text behind a leading backslash; null removes
 // it. Always returns 100.
@@ -33,6 +41,10 @@ int UserError(const char *text);
 int ProgramError(const char *text);
 // The same with a "%s" or "%d" format; the text is cut at 511 characters.
 [[gnu::format(printf, 1, 2)]] int UserErrorFormat(const char *format, ...);
+// A UserError about one of the program's own files (the log, the clipboard's), with the file's name for the
+// "%s" of the format. FileErrors counts them, for whoever must not go on after one.
+void FileError(const char *format, const char *name);
+extern uint32_t FileErrors;
 
 // --- the alert box
 // -------------------------------------------------------------------------------------------

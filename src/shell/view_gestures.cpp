@@ -75,6 +75,14 @@ void ScrollRowsBySteps(int32_t steps, int32_t rows) {
     ScrollRowsTo(static_cast<uint32_t>(std::clamp<int64_t>(row, 0, WaveView.RowCount)), true);
 }
 
+// Under a pointer that stands still the view has moved: another time and row are there now.
+void NoteViewMoved(Pane pane, PixelPoint at) {
+    if (pane == Pane::None && !MouseGesture.captured) return;
+    // The ruler's ticks, by which the mouse's time is rounded, are those of the last paint.
+    UpdatePane(Pane::Ruler);
+    MouseMoved(pane, at.x, at.y);
+}
+
 void ZoomBySteps(int32_t x, int32_t steps) {
     for (int32_t i = 0; i < std::abs(steps); i++) ZoomAbout(x, steps > 0);
 }
@@ -158,18 +166,23 @@ void MouseCaptureLost() {
     DrawRulerCursor(true);
 }
 
-void WheelTurned(Pane pane, int32_t x, int32_t turn, MouseKeys keys, int32_t rows) {
+void WheelTurned(Pane pane, PixelPoint at, int32_t turn, MouseKeys keys, int32_t rows) {
     if (!DisplayOpen) return;
     if (keys.control) {
-        int32_t inWaves = pane == Pane::Ruler ? x - WaveView.NameColumnWidth : pane == Pane::Wave ? x : 0;
+        int32_t inWaves = pane == Pane::Ruler  ? at.x - WaveView.NameColumnWidth
+                          : pane == Pane::Wave ? at.x
+                                               : 0;
         ZoomBySteps(std::max(inWaves, 0), WheelSteps(WheelUse::Zoom, turn));
     } else if (keys.shift) {
         BareScroll(ScrollTimeBySteps, -WheelSteps(WheelUse::Time, turn), rows);
     } else {
         BareScroll(ScrollRowsBySteps, -WheelSteps(WheelUse::Rows, turn), rows);
     }
+    NoteViewMoved(pane, at);
 }
 
-void WheelTipped(int32_t turn) {
-    if (DisplayOpen) BareScroll(ScrollTimeBySteps, WheelSteps(WheelUse::Time, turn), 0);
+void WheelTipped(Pane pane, PixelPoint at, int32_t turn) {
+    if (!DisplayOpen) return;
+    BareScroll(ScrollTimeBySteps, WheelSteps(WheelUse::Time, turn), 0);
+    NoteViewMoved(pane, at);
 }

@@ -1,6 +1,7 @@
 // The mouse's messages in the panels, turned into events of the command in force.
 #pragma once
 
+#include "display/surface.h"
 #include "display/viewport.h"
 #include "shell/mouse_gesture.h"
 
@@ -22,7 +23,8 @@ void MouseCaptureLost();
 // The unit of a wheel's turn that makes one step.
 constexpr int32_t WHEEL_STEP = 120;
 // The wheel was turned by `turn` of these units, away from the user above 0: it scrolls the rows, with Shift
-// the time, and with Ctrl it zooms about the pointer. `rows` is how many rows one step is.
-void WheelTurned(Pane pane, int32_t x, int32_t turn, MouseKeys keys, int32_t rows);
+// the time, and with Ctrl it zooms about the pointer. `rows` is how many rows one step is. The pointer is at
+// a pixel of a panel, Pane::None beside them all.
+void WheelTurned(Pane pane, PixelPoint at, int32_t turn, MouseKeys keys, int32_t rows);
 // A wheel that tips to the sides, to the right above 0: it scrolls the time.
-void WheelTipped(int32_t turn);
+void WheelTipped(Pane pane, PixelPoint at, int32_t turn);

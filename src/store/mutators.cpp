@@ -3,15 +3,13 @@
 #include "config/settings.h"
 #include "editlog/log_records.h"
 #include "store/name_index.h"
+#include "store/nesting_depth.h"
 #include "store/pattern_store.h"
 #include "store/signal_name.h"
 #include <algorithm>
 #include <cstring>
 
 namespace {
-
-// Bits 5 to 19 of the flags: what SetPatternParams writes, and `durationValid` with it.
-constexpr uint32_t PARAM_BITS = 0x000FFFE0;
 
 constexpr uint32_t SCALE_BITS = 0xFFFFu << 14;
 constexpr uint32_t FORCED_FORMAT_BITS = 7u << 1;
@@ -78,14 +76,13 @@ int SetPatternParams(Pattern *pattern, uint32_t stateTable, uint32_t pinType, ui
                               static_cast<uint8_t>(format & 7),      static_cast<uint8_t>(pinType & 7)};
     if (SameParams(oldParams, newParams)) return 0;
     LogPatternParams(pattern->id, oldParams, newParams);
-    pattern->flags &= ~PARAM_BITS;
     pattern->setStateTable(newParams.stateTable);
     pattern->setPinType(newParams.pinType);
     pattern->setFormat(newParams.format);
     pattern->setClock(newParams.clock);
     pattern->period = period;
     pattern->duty = newParams.duty;
-    pattern->setChanged(true);
+    MarkTimesChanged(pattern);
     return 1;
 }
 
@@ -169,6 +166,7 @@ Pattern *InsertReference(Pattern *pattern, PatternKind kind, uint16_t index, uin
     item->word1 = patternId | Clamp16(repeat) << 16;
     pattern->setKind(kind);
     ++ReferenceItems[pattern->id];
+    ReferenceMade(pattern->id, patternId);
     MarkTimesChanged(pattern);
     return pattern;
 }

@@ -42,10 +42,11 @@ public:
         }
     }
 
+    // Takes an entry of the id out of the hash's chain; it is all one which, as all of an id's go together.
     void remove(uint32_t hash, uint16_t id) {
         uint32_t *link = &heads[hash % heads.size()];
-        while (*link != 0 && (at(*link).id != id || at(*link).hash != hash)) link = &at(*link).next;
-        if (*link == 0) return;
+        while (*link != 0 && at(*link).id != id) link = &at(*link).next; // never: it has been added
+        if (*link == 0) return;                                          // never: it has been added
         freeEntries.push_back(*link);
         *link = at(*link).next;
     }

@@ -4,6 +4,7 @@
 #include "store/time_value.h"
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 enum class PatternKind : uint32_t {
     Plain = 0,     // data items and references, one after the other
@@ -93,8 +94,9 @@ struct Pattern {
     const PatternItem *items() const {
         return reinterpret_cast<const PatternItem *>(nameBytes() + nameLength);
     }
-    PatternItem &item(uint32_t index) { return items()[index]; }
-    const PatternItem &item(uint32_t index) const { return items()[index]; }
+    // Below `itemCount`, which the tests' build looks after.
+    PatternItem &item(uint32_t index) { return std::span(items(), itemCount)[index]; }
+    const PatternItem &item(uint32_t index) const { return std::span(items(), itemCount)[index]; }
 
 private:
     void setField(int shift, int bits, uint32_t value) {

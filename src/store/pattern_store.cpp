@@ -3,6 +3,7 @@
 #include "editlog/edit_log.h"
 #include "shell/reporting.h"
 #include "store/name_index.h"
+#include "store/nesting_depth.h"
 #include "store/state_table.h"
 #include <algorithm>
 #include <cstdlib>
@@ -39,6 +40,10 @@ int32_t OffsetOf(const Pattern *record) {
 
 uint32_t Smaller(uint32_t a, uint32_t b) {
     return a < b ? a : b;
+}
+
+uint32_t Larger(uint32_t a, uint32_t b) {
+    return a > b ? a : b;
 }
 
 int32_t NextBoundary(int32_t offset) {
@@ -103,11 +108,12 @@ bool GrowHeap() {
 // Makes room for `need` bytes at the heap's top, where nothing is open. `bytes` is what will be copied or
 // written there, which may exceed the `need` by which the way is chosen. False after a message.
 bool MakeRoom(uint32_t need, uint32_t bytes) {
-    if (HasRoom(need) && HasRoom(bytes)) return true;
+    uint32_t room = Larger(need, bytes);
+    if (HasRoom(room)) return true;
     if (static_cast<uint32_t>(HoleBytes) > need && HoleBytes > HeapSize / 3) {
         CompactHeap();
         // Fillers may have eaten up what the holes gave, so that the room has to be looked at again.
-        if (HasRoom(need) && HasRoom(bytes)) return true;
+        if (HasRoom(room)) return true;
     }
     return GrowHeap();
 }
@@ -153,12 +159,14 @@ int PatternStoreInit() {
     HighestPatternId = 0;
     freeIdFrom = 1;
     NameIndexClear();
-    PatternTable = static_cast<uint32_t *>(calloc(MAX_PATTERNS, sizeof(uint32_t)));
+    ForgetNesting();
+    PatternTable = static_cast<uint32_t *>(ResizeBlock(nullptr, MAX_PATTERNS * sizeof(uint32_t)));
     HeapSize = static_cast<int32_t>(HEAP_BLOCK);
     HeapTop = HEAP_START;
     HoleBytes = 0;
     PatternHeap = static_cast<uint8_t *>(ResizeBlock(nullptr, HEAP_BLOCK));
     int stateBlock = StateBlockInit();
+    if (PatternTable) memset(PatternTable, 0, MAX_PATTERNS * sizeof(uint32_t));
     if (PatternHeap) memset(PatternHeap, 0, HEAP_BLOCK);
     if (!PatternHeap || !PatternTable) ProgramError("Unable to Allocate Pattern Memory for WDL");
     if (!stateBlock) ProgramError("Unable to Allocate State Table Memory for WDL");
@@ -181,9 +189,9 @@ void PatternStoreFree() {
 }
 
 Pattern *PatternAlloc(uint32_t id, uint32_t room) {
-    uint32_t need = NEW_RECORD_ROOM > RECORD_HEAD + room ? NEW_RECORD_ROOM : RECORD_HEAD + room;
+    uint32_t need = Larger(NEW_RECORD_ROOM, RECORD_HEAD + room);
     uint32_t bytes = need; // what will stand at the new place
-    uint32_t growth = room > ITEM_SIZE ? room : ITEM_SIZE;
+    uint32_t growth = Larger(room, ITEM_SIZE);
     Pattern *looked = nullptr;
     bool exists = id != 0 && PatternInUse(id);
     if (!exists && need > MAX_RECORD_SIZE) {
@@ -200,7 +208,7 @@ Pattern *PatternAlloc(uint32_t id, uint32_t room) {
         // The open top record's size is stale, and so may be less than what it holds.
         if (looked->size >= used + growth) return looked;
         need = Smaller(looked->size + growth, MAX_RECORD_SIZE);
-        bytes = looked->size > used + growth ? looked->size : used + growth;
+        bytes = Larger(looked->size, used + growth);
     }
     if (TopPatternId != 0) {
         looked = PatternFromId(TopPatternId);
@@ -264,6 +272,7 @@ void RestoreStore(const StoreCopy &copy) {
     TopPatternId = copy.TopPatternId;
     freeIdFrom = copy.freeIdFrom;
     std::copy(copy.ReferenceItems.begin(), copy.ReferenceItems.end(), ReferenceItems.begin());
+    ForgetNesting();
 }
 
 int LogHoldOpen(int hold) {

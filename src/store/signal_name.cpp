@@ -80,15 +80,14 @@ bool ScanInteger(std::string_view &text, int64_t &value) {
     return true;
 }
 
+// `text` goes from behind the opening bracket through the closing one.
 BusRange ScanRange(std::string_view text) {
     BusRange range;
     int64_t *const fields[] = {&range.first, &range.last, &range.step};
     int found = 0;
     for (int64_t *field : fields) {
-        if (found > 0) {
-            if (text.empty()) break;
-            text.remove_prefix(1);
-        }
+        // The closing bracket is still there.
+        if (found > 0) text.remove_prefix(1);
         if (!ScanInteger(text, *field)) break;
         ++found;
     }

@@ -187,7 +187,7 @@ void ResetStateTables() {
 
 int LoadStateTables() {
     ResetStateTables();
-    if (StateTable *table = AllocStateTable(4)) {
+    if (StateTable *table = AllocStateTable(4)) { // never: an empty block has room for it
         memcpy(table->tableName, builtInTable.head.tableName, sizeof table->tableName);
         table->rowCount = 4;
         memcpy(table->rows(), builtInRows, sizeof builtInRows);

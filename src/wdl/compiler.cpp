@@ -22,7 +22,9 @@ uint16_t statementId = 0;
 
 // What one call of CompileStatement fills.
 struct Body {
-    uint16_t ownId = 0; // 0 without a current record
+    uint16_t ownId = 0;    // 0 without a current record
+    bool isNew = false;    // made by this statement
+    bool hasBlock = false; // has its parameters from it
     bool composite = false;
     bool done = false;
 
@@ -44,17 +46,10 @@ void ReportNoItem(const Pattern *pattern) {
 }
 
 bool AcceptReference(uint16_t pattern, uint16_t target) {
-    switch (NoteReference(pattern, target, statementId)) {
-    case NestingFault::Circle:
-        WdlSyntaxError("Pattern refers to itself");
-        return false;
-    case NestingFault::TooDeep:
-        WdlSyntaxError("Patterns are nested too deeply");
-        return false;
-    case NestingFault::None:
-        break;
-    }
-    return true;
+    NestingFault fault = NoteReference(pattern, target, statementId);
+    if (fault == NestingFault::Circle) WdlSyntaxError("Pattern refers to itself");
+    if (fault == NestingFault::TooDeep) WdlSyntaxError("Patterns are nested too deeply");
+    return fault == NestingFault::None;
 }
 
 // --- left of the "=" ---
@@ -75,6 +70,7 @@ void BeginPattern(Body &body) {
         WdlSyntaxError("Missing pattern name");
         return;
     }
+    bool isNew = FindPattern(WdlText) == nullptr;
     Pattern *pattern = FindOrCreateNode(WdlText, 0);
     if (!pattern) {
         // A bus that is too wide has been told of, and is no error until something is said about it.
@@ -82,6 +78,7 @@ void BeginPattern(Body &body) {
         return;
     }
     body.ownId = pattern->id;
+    body.isNew = isNew;
     statementId = pattern->id;
     if (pattern->kind() == PatternKind::Reference) {
         NoteSlices(pattern);
@@ -103,10 +100,25 @@ void BeginItems(const Body &body) {
     if (body.record()->format() != SignalFormat::None) NodeHasFormat = 1;
 }
 
-void CompileBlock(const Body &body) {
+// A statement without "=" is over. The search for the members of a new bus could not know that; a bus that
+// only looks at bits finds them in another case, too, so that each one that was saved comes back.
+void EndBareStatement(const Body &body) {
+    if (!body.isNew || !body.record()->isBus() || body.record()->kind() != PatternKind::Plain) return;
+    if (!FollowMembers(body.record())) {
+        ReportNoPattern();
+        return;
+    }
+    Pattern *bus = body.record();
+    if (bus->kind() == PatternKind::Plain) return;
+    if (!body.hasBlock) bus->setClock(0);
+    NoteSlices(bus);
+}
+
+void CompileBlock(Body &body) {
     if (body.ownId == 0) {
         WdlSyntaxError("Missing pattern name");
     } else if (body.record()->hasProperties()) {
+        body.hasBlock = true;
         if (!ReadProperties(body.record(), WdlText + 1)) WdlSyntaxError("Missing pattern name");
     } else if (body.record()->kind() == PatternKind::Reference) {
         WdlSyntaxError("Properties not allowed on reference pattern");
@@ -142,12 +154,34 @@ void StoreDirective(uint32_t value) {
     }
 }
 
+// A directive runs to the next ";", whatever stands before it; only a number behind the "=" is looked at.
+void WarnOfDirective(const char *value) {
+    constexpr const char *blanks = " \t\v\f\r";
+    value += strspn(value, blanks);
+    value += *value == '-' || *value == '+';
+    value += strspn(value, "0123456789");
+    value += strspn(value, blanks);
+    std::string_view rest = value;
+    while (!rest.empty() && strchr(blanks, rest.back())) rest.remove_suffix(1);
+    auto offset = static_cast<uint32_t>(value - WdlText);
+    bool otherLine = WdlPlaceInToken(offset).line != WdlPlaceInToken(0).line;
+    bool isNumber =
+        WdlToken != TOKEN_VERSION && WdlToken != TOKEN_AUTO_EXPORT && WdlToken != TOKEN_BUS_REVERSE;
+    if (WdlPushback != ';' || (otherLine && !rest.empty())) {
+        WdlWarning(
+            0, rest.empty() ? "directive without its end" : "directive without its end, passed over:", rest);
+    } else if (isNumber && !rest.empty()) {
+        WdlWarning(offset, "passed over:", rest);
+    }
+}
+
 void CompileDirective() {
     const char *equals = strchr(WdlText, '=');
     if (!equals) {
         WdlSyntaxError("Invalid '%' keyword");
         return;
     }
+    if (WarningHook) WarnOfDirective(equals + 1);
     if (equals[1] == '\0') return;
     uint32_t value = 0;
     ReadDecimal(equals + 1, value);
@@ -163,7 +197,6 @@ void CompileLeft(Body &body) {
         BeginItems(body);
         break;
     case TOKEN_NAME:
-    case TOKEN_USE:
         BeginPattern(body);
         break;
     case TOKEN_BLOCK:
@@ -179,7 +212,7 @@ void CompileLeft(Body &body) {
     case TOKEN_BUS_REVERSE:
         CompileDirective();
         break;
-    default:
+    default: // never: the scanner finds nothing else there
         WdlSyntaxError("Invalid operation on left of '='");
         break;
     }
@@ -349,7 +382,6 @@ void CompileRight(Body &body) {
     case TOKEN_PLUS:
         CompilePlus(body);
         break;
-    case TOKEN_NAME:
     case TOKEN_USE:
         CompileUse(body);
         break;
@@ -392,6 +424,7 @@ int CompileStatement(Pattern *pattern) {
             CompileLeft(body);
         }
     }
+    if (WdlRightSide == 0 && WdlErrorCount == 0) EndBareStatement(body);
     return WdlErrorCount;
 }
 
@@ -402,5 +435,5 @@ int CompileWdl(TextReader *file, const char *path) {
     NestingReset();
     while (WdlErrorCount == 0 && WdlReadLine() != 0) CompileStatement(nullptr);
     CloseErrorListing();
-    return WdlErrorCount == 0;
+    return WdlErrorCount == 0 && !file->failed();
 }

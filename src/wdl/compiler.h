@@ -9,7 +9,8 @@ extern int32_t WdlVersion;
 // 1 while a statement defines a pattern that has a format. Written by the compiler.
 extern int32_t NodeHasFormat;
 
-// Reads the whole document. `path` names it for the error listing. Returns 1 if there were no errors.
+// Reads the whole document. `path` names it for the error listing. Returns 1 if there were no errors, and
+// the file could be read to its end.
 int CompileWdl(TextReader *file, const char *path);
 
 // Reads one statement, or, for a `pattern`, its items up to the closing parenthesis. Moves records. Returns

@@ -5,9 +5,11 @@
 #include "wdl/lexer.h"
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 bool WriteErrorListing = true;
 void (*SyntaxErrorHook)(int line, int column, const char *message) = nullptr;
+void (*WarningHook)(int line, int column, const char *message) = nullptr;
 int32_t WdlErrorCount = 0;
 int32_t WdlHadErrors = 0;
 std::unique_ptr<TextWriter> WdlErrFile;
@@ -33,18 +35,32 @@ void ShowListing() {
 } // namespace
 
 void WdlSyntaxError(const char *message) {
+    ++WdlErrorCount;
+    // What is missing then is not the document's fault: whoever has opened the file tells of it.
+    if (WdlFile->failed()) return;
     auto charactersRead = static_cast<int>(WdlReadPos - WdlLine);
     if (WdlErrFile) {
         WriteEntry(message, charactersRead);
         WdlHadErrors = 1;
     }
     if (SyntaxErrorHook) SyntaxErrorHook(WdlLineNumber, charactersRead > 1 ? charactersRead : 1, message);
-    ++WdlErrorCount;
+}
+
+void WdlWarning(uint32_t offset, const char *what, std::string_view word) {
+    constexpr size_t longest = 40;
+    if (!WarningHook) return;
+    std::string message = what;
+    if (!word.empty()) {
+        std::string_view shown = word.substr(0, longest);
+        message.append(" \"").append(shown).append(shown == word ? "\"" : "...\"");
+    }
+    WdlPlace place = WdlPlaceInToken(offset);
+    WarningHook(place.line, place.column, message.c_str());
 }
 
 void OpenErrorListing(const char *path) {
     WdlErrorCount = 0;
-    if (!WriteErrorListing || WdlErrFile) return;
+    if (!WriteErrorListing) return;
     snprintf(listingName, sizeof listingName, "%s", FileNamePart(path));
     if (!SetExtension(listingName, ".err")) return;
     WdlErrFile = std::make_unique<TextWriter>(listingName);

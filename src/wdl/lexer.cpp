@@ -2,6 +2,7 @@
 
 #include "store/signal_name.h"
 #include "wdl/error_listing.h"
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -22,6 +23,10 @@ constexpr int32_t NO_TOKEN = -1;
 
 // Characters in WdlText.
 uint32_t textLength = 0;
+// Where the token begins, and where in its text a new line does.
+WdlPlace tokenPlace = {1, 1};
+std::array<uint16_t, WDL_TEXT_SIZE> lineBreaks;
+uint32_t lineBreakCount = 0;
 
 enum CharacterClass : uint8_t { BLANK = 1, DIGIT = 2, HEX_DIGIT = 4, LETTER_OR_DIGIT = 8 };
 
@@ -60,23 +65,23 @@ int32_t TokenTooLong() {
 
 // Adds the characters through the first one that ends the token: `end1`, `end2`, the end of the file, or,
 // with `atBlank`, a blank. That one is in the text and is returned in `last`. False if the text has no room.
+// Behind a token's first character nothing is pushed back.
 bool ReadThrough(char end1, char end2, bool atBlank, char &last) {
     uint32_t length = textLength;
     char c;
     do {
-        if (WdlPushback == 0) {
-            // Most of a token needs no look at what ends it.
-            const char *pos = WdlReadPos;
-            while (Is(*pos, LETTER_OR_DIGIT)) ++pos;
-            auto run = static_cast<uint32_t>(pos - WdlReadPos);
-            if (length + run >= WDL_TEXT_SIZE) return false;
-            memcpy(WdlText + length, WdlReadPos, run);
-            length += run;
-            WdlReadPos = pos;
-        }
+        // Most of a token needs no look at what ends it.
+        const char *pos = WdlReadPos;
+        while (Is(*pos, LETTER_OR_DIGIT)) ++pos;
+        auto run = static_cast<uint32_t>(pos - WdlReadPos);
+        if (length + run >= WDL_TEXT_SIZE) return false;
+        memcpy(WdlText + length, WdlReadPos, run);
+        length += run;
+        WdlReadPos = pos;
         c = NextChar();
         if (length == WDL_TEXT_SIZE - 1) return false;
         WdlText[length++] = c;
+        if (WdlReadPos == WdlLine) lineBreaks[lineBreakCount++] = static_cast<uint16_t>(length);
     } while (c != end1 && c != end2 && (!Is(c, BLANK) || (!atBlank && c != '\0')));
     last = c;
     WdlText[length] = '\0';
@@ -90,12 +95,13 @@ void CutLastCharacter() {
 
 int32_t ScanName(int32_t token) {
     char last;
-    if (!ReadThrough(';', token == TOKEN_USE ? ')' : ';', true, last)) return TokenTooLong();
+    char end = token == TOKEN_USE ? ')' : ';';
+    if (!ReadThrough(';', end, true, last)) return TokenTooLong(); // never: it ends with its line
     WdlPushback = last;
     CutLastCharacter();
     CanonicalizeName(WdlText);
     // A closing bracket that was left out may have been added; such a name would fit in no line.
-    bool tooLong = textLength >= WDL_LINE_LIMIT && strlen(WdlText) > WDL_LINE_LIMIT;
+    bool tooLong = textLength >= WDL_LINE_LIMIT && strlen(WdlText) + NeedsBracket(WdlText) > WDL_LINE_LIMIT;
     return tooLong ? TokenTooLong() : token;
 }
 
@@ -173,7 +179,7 @@ int32_t ScanAngle() {
 
 int32_t ScanFormat() {
     char last;
-    if (!ReadThrough('\0', '\0', true, last)) return TokenTooLong();
+    if (!ReadThrough('\0', '\0', true, last)) return TokenTooLong(); // never: it ends with its line
     CutLastCharacter();
     for (const Keyword &keyword : FORMATS) {
         if (strcmp(WdlText, keyword.text) == 0) return keyword.token;
@@ -235,6 +241,8 @@ int32_t ScanToken(char c) {
     WdlText[0] = c;
     WdlText[1] = '\0';
     textLength = 1;
+    tokenPlace = {WdlLineNumber, static_cast<int>(WdlReadPos - WdlLine)};
+    lineBreakCount = 0;
     if (BeginsName(c)) return ScanName(TOKEN_NAME);
     switch (c) {
     case '#':
@@ -266,7 +274,31 @@ int32_t ScanToken(char c) {
     }
 }
 
+// What no editor writes in a text. The mark that ends a file of old is none of these.
+bool IsNoCharacter(char c) {
+    constexpr char endOfFile = '\x1A';
+    return (static_cast<uint8_t>(c) < ' ' && (c < '\t' || c > '\r') && c != endOfFile) || c == '\x7F';
+}
+
+const char *FaultOfLine(int length) {
+    bool isText = std::none_of(WdlLine, WdlLine + length, IsNoCharacter);
+    return isText ? "Line is too long - Max is 1024 characters" : NOT_A_TEXT;
+}
+
 } // namespace
+
+WdlPlace WdlPlaceInToken(uint32_t offset) {
+    WdlPlace place = {tokenPlace.line, tokenPlace.column + static_cast<int>(offset)};
+    for (uint32_t i = 0; i < lineBreakCount && lineBreaks[i] <= offset; ++i) {
+        ++place.line;
+        place.column = static_cast<int>(offset - lineBreaks[i]) + 1;
+    }
+    return place;
+}
+
+bool NeedsBracket(const char *name) {
+    return strchr("{=%;,", *name) != nullptr;
+}
 
 void InitWdlLexer(TextReader *file) {
     WdlFile = file;
@@ -287,8 +319,8 @@ char WdlReadLine() {
         WdlLine[0] = '\0';
         return 0;
     }
-    if (length == 0 || WdlLine[length - 1] != '\n' || memchr(WdlLine, '\0', static_cast<size_t>(length))) {
-        WdlSyntaxError("Line is too long - Max is 1024 characters");
+    if (WdlLine[length - 1] != '\n' || memchr(WdlLine, '\0', static_cast<size_t>(length))) {
+        WdlSyntaxError(FaultOfLine(length));
         return WdlLine[0];
     }
     ++WdlLineNumber;

@@ -12,6 +12,9 @@ constexpr int WDL_LINE_LIMIT = 1021;
 // Room for the text of a token, its NUL included.
 constexpr int WDL_TEXT_SIZE = 1024;
 
+// What ends a word of a property block.
+constexpr const char *BLOCK_SEPARATORS = " ,\t}";
+
 enum WdlTokenNumber : int32_t {
     TOKEN_END = 0, // the end of the file
     TOKEN_SEMICOLON = 1,
@@ -53,11 +56,26 @@ extern int32_t WdlToken;            // its number
 extern int32_t WdlPendingToken;     // a token to give back, 0 for none
 extern int32_t WdlRightSide;        // 1 right of the "=", 0 left of it
 
+// True for a name that the scanner would take for something else at the start of a statement, if nothing
+// stood in front of it.
+bool NeedsBracket(const char *name);
+
+// A character of the file; both numbers count from 1.
+struct WdlPlace {
+    int line;
+    int column;
+};
+// Where the character at `offset` of WdlText was read.
+WdlPlace WdlPlaceInToken(uint32_t offset);
+
 // Puts the state in place for the start of `file`.
 void InitWdlLexer(TextReader *file);
 
+// The error of a file that is no text.
+constexpr const char *NOT_A_TEXT = "Not a text file";
+
 // Reads the next line and answers its first character, 0 at the end of the file. A line that is too long, has
-// no line feed or holds a NUL is a syntax error.
+// no line feed or holds a NUL is a syntax error; if its characters are none of a text, this is said.
 char WdlReadLine();
 // The next character; a line end counts as one blank; 0 at the end of the file.
 char WdlGetChar();

@@ -1,14 +1,12 @@
 #include "wdl/writer.h"
 
 #include "config/settings.h"
-#include "display/rows.h"
-#include "display/wave_view.h"
-#include "integration/suite/message_service.h"
-#include "platform/text_file.h"
-#include "shell/file_names.h"
+#include "shell/reporting.h"
 #include "store/pattern_store.h"
+#include "store/signal_name.h"
 #include "store/state_table.h"
 #include "wdl/lexer.h"
+#include "wdl/statement_order.h"
 #include <charconv>
 #include <cinttypes>
 #include <cstdio>
@@ -71,10 +69,9 @@ void AppendMarked(char mark, uint32_t number) {
     *WdlOutPos++ = ' ';
 }
 
-// The reader takes these at the start of a statement for something else than a name. A closing bracket that
-// closes nothing hides them, and is no part of the name.
+// A closing bracket that closes nothing hides what a name begins with, and is no part of the name.
 void AppendStatementName(const Pattern *pattern) {
-    if (strchr("{=%;,", *pattern->name())) Append("]");
+    if (NeedsBracket(pattern->name())) Append("]");
     Append(pattern->name());
 }
 
@@ -94,27 +91,28 @@ char ClockLetter(uint32_t clock) {
     return clock < std::size(letters) - 1 ? letters[clock] : letters[0];
 }
 
+// The name of the state table, or, for one with a character that ends a word of the block, one that means the
+// first table.
+const char *TableName(uint32_t stateTable) {
+    const char *name = StateTableOrDefault(stateTable)->tableName;
+    return strpbrk(name, BLOCK_SEPARATORS) ? "Default" : name;
+}
+
 void AppendProperties(const Pattern *pattern) {
     char block[128];
     snprintf(block, sizeof block, "{ %c %s %.7s %s %" PRId32 " %" PRId32 " %u } ",
-             ClockLetter(pattern->clock()), PinTypeName(pattern->pinType()),
-             StateTableOrDefault(pattern->stateTable())->tableName,
+             ClockLetter(pattern->clock()), PinTypeName(pattern->pinType()), TableName(pattern->stateTable()),
              FormatName(static_cast<uint32_t>(pattern->format())), static_cast<int32_t>(pattern->delay),
              pattern->period, pattern->duty);
     Append(block);
 }
 
-void BuildItems(const Pattern *pattern);
+void BuildItems(const Pattern *pattern, bool isBus);
 
 // A composite reads as one from its first "+" on, which has to stand behind the first member. Members without
-// names have no "+"; but where a named one comes later, its own would be too late.
-bool NeedsPlus(const Pattern *pattern, uint32_t index) {
-    if (pattern->kind() == PatternKind::Plain || index != 1) return false;
-    for (uint32_t i = 2; i < pattern->itemCount; ++i) {
-        const PatternItem &item = pattern->item(i);
-        if (item.isReference() && PatternFromId(item.patternId())->nameLength != 0) return true;
-    }
-    return false;
+// names have no "+" but there.
+bool NeedsPlus(const Pattern *pattern, uint32_t index, bool isNamed) {
+    return (isNamed ? index != 0 : index == 1) && ReadsAsComposite(pattern);
 }
 
 // The reader takes "##" at the end of a node alone; elsewhere the number says the same.
@@ -123,16 +121,16 @@ bool ReadsForever(const Pattern *pattern, uint32_t index) {
            pattern->item(index).forcedFormat() == 0;
 }
 
-void AppendReference(const Pattern *pattern, uint32_t index) {
+void AppendReference(const Pattern *pattern, uint32_t index, bool isBus) {
     const PatternItem &item = pattern->item(index);
     const Pattern *target = PatternFromId(item.patternId());
     if (target->nameLength != 0) {
-        Append(index != 0 && pattern->kind() != PatternKind::Plain ? "+" : " ");
+        Append(NeedsPlus(pattern, index, true) ? "+" : " ");
         Append(target->name());
         Append(" ");
     } else {
-        Append(NeedsPlus(pattern, index) ? "+(" : "(");
-        BuildItems(target);
+        Append(NeedsPlus(pattern, index, false) ? "+(" : "(");
+        BuildItems(target, isBus);
         Append(")");
     }
     if (item.scale() != 1) AppendMarked('*', item.scale());
@@ -141,16 +139,17 @@ void AppendReference(const Pattern *pattern, uint32_t index) {
     } else if (item.repeat() != 1) {
         AppendMarked('#', item.repeat());
     }
-    if (item.forcedFormat() != 0) {
+    if (item.forcedFormat() != 0 && item.forcedFormat() <= static_cast<uint32_t>(SignalFormat::RC)) {
         char format[8];
         snprintf(format, sizeof format, "@%s ", FormatName(item.forcedFormat()));
         Append(format);
     }
 }
 
-void AppendTransition(const PatternItem &item, bool isBus, bool isFirst) {
+void AppendTransition(const Pattern *pattern, uint32_t index, bool isBus) {
+    const PatternItem &item = pattern->item(index);
     MakeRoom(DATA_ITEM_SIZE);
-    if (!isFirst) *WdlOutPos++ = ' ';
+    if (index != 0) *WdlOutPos++ = NeedsPlus(pattern, index, false) ? '+' : ' ';
     if (isBus) {
         AppendUnsigned(item.value(), 16);
     } else {
@@ -160,14 +159,13 @@ void AppendTransition(const PatternItem &item, bool isBus, bool isFirst) {
     AppendUnsigned(item.duration());
 }
 
-void BuildItems(const Pattern *pattern) {
-    bool isBus = pattern->isBus();
+// `isBus` is that of the statement's pattern, which the reader gives to all that is nested in it.
+void BuildItems(const Pattern *pattern, bool isBus) {
     for (uint32_t i = 0; i < pattern->itemCount; ++i) {
-        const PatternItem &item = pattern->item(i);
-        if (item.isReference()) {
-            AppendReference(pattern, i);
+        if (pattern->item(i).isReference()) {
+            AppendReference(pattern, i, isBus);
         } else {
-            AppendTransition(item, isBus, i == 0);
+            AppendTransition(pattern, i, isBus);
         }
         if (WdlOutPos - WdlOutLine > WRAP_COLUMN) {
             EndLine();
@@ -176,17 +174,25 @@ void BuildItems(const Pattern *pattern) {
     }
 }
 
-void BuildStatement(const Pattern *pattern) {
+void BuildStatement(const Statement &statement) {
+    const Pattern *pattern = PatternFromId(statement.id);
     WdlOutPos = WdlOutLine;
-    if (pattern->nameLength != 0) {
-        AppendStatementName(pattern);
+    AppendStatementName(pattern);
+    // What a reference pattern looks at is found by its name.
+    if (pattern->kind() != PatternKind::Reference) {
         Append(" ");
-        if (pattern->hasProperties()) AppendProperties(pattern);
+        if (pattern->hasProperties() && !statement.isEmpty) AppendProperties(pattern);
         Append("= ");
+        if (!statement.isEmpty) BuildItems(pattern, pattern->isBus());
     }
-    BuildItems(pattern);
     Append(";");
     EndLine();
+}
+
+void TellLeftOut(uint16_t id) {
+    char text[NAME_SIZE + 64];
+    snprintf(text, sizeof text, "Pattern %.1024s cannot be saved in a file", PatternFromId(id)->name());
+    ShowErrorStrip(text);
 }
 
 void WriteHeader() {
@@ -202,61 +208,14 @@ void WriteHeader() {
     outSink(text, length, outContext);
 }
 
-void WriteWaveList(const char *path) {
-    TextWriter file(path);
-    if (!file.isOpen()) return;
-    for (uint32_t row = 0; row < WaveView.RowCount; ++row) {
-        file.write("Wave ");
-        file.write(PatternFromId(WaveRows[row].PatternId)->name());
-        file.write("\n");
-    }
-    file.close();
-}
-
-void BroadcastFileSaved(const char *path) {
-    constexpr uint32_t stimulusFiles = 7; // the class of the message, and its detail
-    constexpr uint32_t fileWritten = 2;
-    ServiceString string = MRStrCreate(path);
-    if (string == 0) return;
-    MRBroadcastMsg(stimulusFiles, fileWritten, string);
-    MRStrDestroy(string);
-}
-
 } // namespace
 
 void WriteWdlText(TextSink sink, void *context) {
     outSink = sink;
     outContext = context;
     WriteHeader();
-    for (uint32_t id = 1; id <= HighestPatternId; ++id) {
-        if (!PatternInUse(id)) continue;
-        const Pattern *pattern = PatternFromId(id);
-        if (pattern->nameLength != 0 && pattern->kind() != PatternKind::Reference) BuildStatement(pattern);
-    }
-    // These last: they are rebuilt from their names, when what they look at is there.
-    for (uint32_t id = 1; id <= HighestPatternId; ++id) {
-        if (!PatternInUse(id)) continue;
-        const Pattern *pattern = PatternFromId(id);
-        if (pattern->nameLength == 0 || pattern->kind() != PatternKind::Reference) continue;
-        WdlOutPos = WdlOutLine;
-        AppendStatementName(pattern);
-        Append(";");
-        EndLine();
-    }
-}
-
-void WriteWdlFile(char *path) {
-    int held = LogHoldOpen(1);
-    TextWriter WdlOutFile(path);
-    if (WdlOutFile.isOpen()) {
-        WriteWdlText(
-            [](const char *text, int length, void *context) {
-                static_cast<TextWriter *>(context)->write({text, static_cast<size_t>(length)});
-            },
-            &WdlOutFile);
-        WdlOutFile.close();
-        BroadcastFileSaved(path);
-        if (SetExtension(path, ".kel")) WriteWaveList(path);
-    }
-    LogHoldOpen(held);
+    StatementOrder order;
+    OrderStatements(order);
+    for (uint32_t i = 0; i < order.count; ++i) BuildStatement(order.statements[i]);
+    if (order.leftOut != 0) TellLeftOut(order.leftOut);
 }

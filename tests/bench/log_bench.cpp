@@ -3,6 +3,7 @@
 #include "bench/rows_bench.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
+#include "edit/range_edits.h"
 #include "editlog/edit_log.h"
 #include "editlog/log_records.h"
 #include "editlog/replay.h"
@@ -172,10 +173,10 @@ void Step(int (*step)()) {
 }
 
 template <class First, class Measured>
-void MeasureActions(benchmark::State &state, First first, Measured measured) {
+void MeasureActions(benchmark::State &state, void (*fill)(), First first, Measured measured) {
     for (auto _ : state) {
         state.PauseTiming();
-        FillStore();
+        fill();
         {
             BenchLog log;
             first();
@@ -202,19 +203,82 @@ void RedoAll() {
 
 void Do(benchmark::State &state) {
     MeasureActions(
-        state, [] {}, EditAll);
+        state, FillStore, [] {}, EditAll);
 }
 void Undo(benchmark::State &state) {
-    MeasureActions(state, EditAll, UndoAll);
+    MeasureActions(state, FillStore, EditAll, UndoAll);
 }
 void Redo(benchmark::State &state) {
     MeasureActions(
-        state,
+        state, FillStore,
         [] {
             EditAll();
             UndoAll();
         },
         RedoAll);
+}
+
+// --- undo and redo of many references -----------------------------------------------------------------
+
+constexpr uint32_t PARTS = 3900;
+constexpr uint32_t USERS = 13;
+constexpr uint32_t USES = 7700;
+
+// Parts, and nodes that use them 100,100 times in all.
+void FillStoreWithReferences() {
+    OpenBenchStore();
+    InitEditLog();
+    InitReplay();
+    EditLog.Recording = 0;
+    std::vector<uint16_t> parts;
+    for (uint32_t n = 0; n < PARTS; n++) {
+        parts.push_back(CreatePattern(0, ("$p" + std::to_string(n)).c_str(), 0)->id);
+        InsertTransition(PatternFromId(parts.back()), 0, 1, 5);
+    }
+    for (uint32_t n = 0; n < USERS; n++) {
+        uint16_t id = CreatePattern(0, ("N" + std::to_string(n)).c_str(), 0)->id;
+        for (uint32_t i = 0; i < USES; i++) {
+            InsertReference(PatternFromId(id), PatternKind::Plain, static_cast<uint16_t>(i),
+                            parts[(n * USES + i) * 7919 % PARTS], 1, 1, 0, 0, 0);
+        }
+    }
+    EditLog.Recording = 1;
+    ValidateDurations();
+}
+
+// Takes the references of each node out, an action for each.
+void DeleteUses() {
+    for (uint32_t n = 0; n < USERS; n++) {
+        Pattern *user = PatternFromId(PARTS + 1 + n);
+        DeleteRange(user, 0, user->duration);
+        LogEndAction();
+        ValidateDurations();
+    }
+}
+void UndoDeletions() {
+    for (uint32_t n = 0; n < USERS; n++) Step(LogUndo);
+    if (EditLog.rPtr != 0 || PatternFromId(PARTS + USERS)->itemCount != USES) abort();
+}
+void RedoDeletions() {
+    for (uint32_t n = 0; n < USERS; n++) Step(LogRedo);
+    if (EditLog.rPtr != EditLog.rEofPtr || PatternFromId(PARTS + USERS)->itemCount != 0) abort();
+}
+
+void DoReferences(benchmark::State &state) {
+    MeasureActions(
+        state, FillStoreWithReferences, [] {}, DeleteUses);
+}
+void UndoReferences(benchmark::State &state) {
+    MeasureActions(state, FillStoreWithReferences, DeleteUses, UndoDeletions);
+}
+void RedoReferences(benchmark::State &state) {
+    MeasureActions(
+        state, FillStoreWithReferences,
+        [] {
+            DeleteUses();
+            UndoDeletions();
+        },
+        RedoDeletions);
 }
 
 // --- memory -------------------------------------------------------------------------------------------
@@ -255,6 +319,9 @@ BENCHMARK(CopyAndWrite)->Name("log/append/yardstick")->Unit(benchmark::kMillisec
 BENCHMARK(Do)->Name("log/do")->Unit(benchmark::kMillisecond);
 BENCHMARK(Undo)->Name("log/undo")->Unit(benchmark::kMillisecond);
 BENCHMARK(Redo)->Name("log/redo")->Unit(benchmark::kMillisecond);
+BENCHMARK(DoReferences)->Name("log/references/do")->Unit(benchmark::kMillisecond);
+BENCHMARK(UndoReferences)->Name("log/references/undo")->Unit(benchmark::kMillisecond);
+BENCHMARK(RedoReferences)->Name("log/references/redo")->Unit(benchmark::kMillisecond);
 BENCHMARK(MemoryAfterMany)->Name("log/memory/many")->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(MemoryAfterFew)->Name("log/memory/few")->Iterations(1)->Unit(benchmark::kMillisecond);
 

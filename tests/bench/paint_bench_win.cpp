@@ -7,9 +7,11 @@
 #include "display/composition.h"
 #include "display/panes_win.h"
 #include "display/viewport.h"
+#include "shell/entry_win.h"
 #include "shell/frame_win.h"
 #include <algorithm>
 #include <array>
+#include <commctrl.h>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -253,8 +255,15 @@ int main(int argc, char **argv) {
     fs::current_path(directory);
     SetProcessDPIAware();
     SetTimer(nullptr, 0, PATIENCE_MILLISECONDS, MeasureAndEnd);
-    std::string arguments = "rows.wdl";
-    WinMain(GetModuleHandleA(nullptr), nullptr, arguments.data(), SW_SHOW);
+    // As the program's own start does it, which would take this process's arguments.
+    InitCommonControls();
+    if (StartApplication(GetModuleHandleA(nullptr), nullptr, "rows.wdl", SW_SHOW)) {
+        MSG message;
+        while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+            TranslateMessage(&message);
+            DispatchMessageA(&message);
+        }
+    }
     fs::current_path(directory.parent_path());
     std::error_code ignored;
     fs::remove_all(directory, ignored);

@@ -1,6 +1,7 @@
 // Loading and saving stimulus files, each beside the least that any program would have to do with the same
 // bytes.
 #include "config/settings.h"
+#include "document/document_files.h"
 #include "headless/headless.h"
 #include "platform/text_file.h"
 #include "store/mutators.h"
@@ -9,7 +10,6 @@
 #include "store/state_table.h"
 #include "wdl/compiler.h"
 #include "wdl/error_listing.h"
-#include "wdl/writer.h"
 #include <benchmark/benchmark.h>
 #include <charconv>
 #include <cstdio>
@@ -133,6 +133,7 @@ void SaveItems(benchmark::State &state) {
         char buffer[MAX_PATH_SIZE];
         snprintf(buffer, sizeof buffer, "%s", path.c_str());
         WriteWdlFile(buffer);
+        EndSave(buffer);
     }
     Check(std::filesystem::file_size(path) == std::filesystem::file_size(ItemsPath()), "the file differs");
 }
@@ -162,6 +163,8 @@ void SaveItemsYardstick(benchmark::State &state) {
             *out++ = ' ';
         }
         fwrite(buffer.get(), 1, static_cast<size_t>(out - buffer.get()), file);
+        // A save brings its bytes to the disk, too.
+        fsync(fileno(file));
         fclose(file);
     }
 }

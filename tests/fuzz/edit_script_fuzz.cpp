@@ -25,13 +25,15 @@
 
 namespace {
 
-// A bit, a bus, a clocked wave, nests with scales and repeats, a composite, a reference, and an endless wave.
+// A bit, a bus, a clocked wave, nests with scales and repeats, a composite, a reference, and endless waves,
+// one of them in its midst.
 constexpr const char *DOCUMENT = "%AUTOASSIGN = 0;\n%MASTERCLOCKMULT = 3;\n%ENDTIME = 300;\n"
                                  "$p = 0 5 1 5;\n$n = 1 3 (0 2 1 2 $p)*2 #2 0 4;\n"
                                  "w = 0 100 1 100 0 50;\nv = 1 20 $n #3 0 10;\n"
                                  "B[3:0] { Default } = 5 10 a 20 (1 5 (2 5 3 5)#4)*2 #3 1 7;\n"
                                  "k { A In Default NRZ 7 2 50 } = 1 3 0 2 $p 1 4;\n"
-                                 "c = $p + (0 3 1 4) + $n;\ne = 0 5 $p ##;\nB[2:1];\n";
+                                 "c = $p + (0 3 1 4) + $n;\ne = 0 5 $p ##;\nB[2:1];\n"
+                                 "m = 0 30 $p #65535 1 20 $p ##;\n";
 
 void Require(const std::string &fault) {
     if (fault.empty()) return;
@@ -55,7 +57,7 @@ void OpenDocument() {
     EditLog.Recording = 0;
     TextReader reader(DOCUMENT);
     if (!CompileWdl(&reader, "document.wdl")) abort();
-    for (const char *row : {"w", "v", "B[3:0]", "k", "c", "e", "$n", "B[2:1]"}) ShowWaveByName(row);
+    for (const char *row : {"w", "v", "B[3:0]", "k", "c", "e", "$n", "B[2:1]", "m"}) ShowWaveByName(row);
     ExtendSpan(Settings.EndTime);
     ValidateDurations();
     LogInit(LOG_SUFFIX);

@@ -169,9 +169,6 @@ TEST_F(Document, NewThrowsTheDocumentAwayAndLeavesItsFile) {
     start("plain.wdl");
     choose('F', 'N');
     ASSERT_TRUE(titleBecomes("Kelvane - <untitled>"));
-    // The command ends in Edit mode, which opens the floating dialog again.
-    ASSERT_NE(editor->editDialog().window, nullptr);
-    ASSERT_TRUE(editor->closeEditDialog());
     ASSERT_TRUE(editor->painted());
     Picture waves = PictureOfClient(editor->pane(3));
     // Nothing but the cursor, in the first column.
@@ -204,8 +201,6 @@ TEST_F(Document, CancellingOpenKeepsTheDocument) {
     ASSERT_NE(dialog.window, nullptr);
     dialog.click(IDCANCEL);
     ASSERT_TRUE(editor->dialogGone());
-    ASSERT_NE(editor->editDialog().window, nullptr);
-    ASSERT_TRUE(editor->closeEditDialog());
     editor->toFront();
     ASSERT_TRUE(editor->painted());
     EXPECT_EQ(editor->title(), "Kelvane - plain");

@@ -118,6 +118,14 @@ std::string ClassOf(HWND window) {
     return text;
 }
 
+std::wstring Wide(const std::string &utf8) {
+    std::wstring wide(utf8.size(), L'\0');
+    int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(),
+                                     static_cast<int>(wide.size()));
+    wide.resize(static_cast<size_t>(length));
+    return wide;
+}
+
 std::string TextOf(HWND window) {
     char text[FRAME_TEXT_SIZE] = "";
     DWORD_PTR length = 0;
@@ -164,7 +172,7 @@ std::vector<std::string> Dialog::labels() const {
 void Dialog::giveFile(const std::string &name) const {
     for (HWND child : ChildrenOf(window)) {
         if (ClassOf(child) != "Edit" || !IsWindowVisible(child)) continue;
-        SendMessageA(child, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name.c_str()));
+        SendMessageW(child, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Wide(name).c_str()));
         break;
     }
     click(IDOK);
@@ -174,13 +182,14 @@ void Dialog::giveFile(const std::string &name) const {
 
 Editor::Editor(const TestDirectory &directory, const std::string &arguments) {
     SetEnvironmentVariableA("KELVANE_CONFIG", directory.file("config").c_str());
-    std::string line = "\"" + ProgramPath + "\"" + (arguments.empty() ? "" : " " + arguments);
-    STARTUPINFOA start = {};
+    std::wstring line = Wide("\"" + ProgramPath + "\"" + (arguments.empty() ? "" : " " + arguments));
+    STARTUPINFOW start = {};
     start.cb = sizeof start;
     PROCESS_INFORMATION started = {};
     job = MakeJob();
-    if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
-                        directory.path.c_str(), &start, &started)) {
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
+                        Wide(directory.path).c_str(), &start, &started)) {
+        fprintf(stderr, "the program cannot be started: error %lu\n", GetLastError());
         return;
     }
     process = started.hProcess;
@@ -254,7 +263,11 @@ bool Editor::hasStrip(const std::string &text) const {
 
 bool Editor::open(bool keepEditDialog) {
     WaitFor([&] { return !running() || shownDialog() || (pane(3) && IsWindowVisible(pane(3))); });
-    if (!running() || shownDialog() || !pane(3)) return false;
+    if (!running() || shownDialog() || !pane(3)) {
+        std::string text = shownDialog() ? TextOf(shownDialog()) : "";
+        fprintf(stderr, "the program is not open: running %d, dialog \"%s\"\n", running(), text.c_str());
+        return false;
+    }
     const uint8_t *state = address("CommandState");
     uint16_t inForce = 0;
     WaitFor([&] { return readMemory(state, &inForce, sizeof inForce) && inForce != 0 && Answers(frame()); });

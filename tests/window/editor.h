@@ -36,13 +36,14 @@ struct Dialog {
     void click(int id) const;
     // The texts of all its labels and buttons, in their order.
     std::vector<std::string> labels() const;
-    // In a dialog that asks for a file: gives the name, and clicks Open or Save.
+    // In a dialog that asks for a file: gives the name, in UTF-8, and clicks Open or Save.
     void giveFile(const std::string &name) const;
 };
 
 class Editor {
 public:
-    // Starts the program in `directory`, with the configuration in its folder "config".
+    // Starts the program in `directory`, with the configuration in its folder "config". The arguments are
+    // UTF-8.
     Editor(const TestDirectory &directory, const std::string &arguments);
     ~Editor();
     Editor(const Editor &) = delete;
@@ -142,6 +143,7 @@ bool HasCapture(HWND window, bool captured);
 // Where kelvane.exe and its map are: beside this program, unless an argument said otherwise.
 extern std::string ProgramPath;
 std::string ClassOf(HWND window);
+std::wstring Wide(const std::string &utf8);
 std::string TextOf(HWND window);
 RECT PlaceOf(HWND window);
 // The place within the client area of `parent`.

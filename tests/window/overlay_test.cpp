@@ -186,8 +186,6 @@ TEST_F(OverThePanels, ALoadStartsWithTheCursorAtZeroAgain) {
     ASSERT_TRUE(plantAll());
     editor->command(COMMAND_NEW);
     ASSERT_TRUE(WaitFor([&] { return editor->title().find("untitled") != std::string::npos; }));
-    ASSERT_NE(editor->editDialog().window, nullptr) << "it comes with the mode that follows";
-    ASSERT_TRUE(editor->closeEditDialog());
     ASSERT_TRUE(editor->painted());
     Picture picture = waves();
     EXPECT_EQ(picture.count(colour::black, 0, 0, picture.width, picture.height), picture.height);

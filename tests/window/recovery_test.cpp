@@ -1,5 +1,6 @@
 // The program is killed in the midst of editing, and started again.
 #include "shell/command_ids.h"
+#include "shell/reporting.h"
 #include "window/edit_driver.h"
 #include <algorithm>
 
@@ -10,6 +11,12 @@ constexpr int COPIES = 70;
 // A copied row takes a record of 16 bytes and a mark, and a block of the log is written when the next entry
 // would reach 1,152 bytes: with the mark of the 57th copy there are 1,140.
 constexpr int COPIES_ON_DISK = 57;
+
+std::string PromptOf(const Editor &editor) {
+    char text[PROMPT_SIZE] = "";
+    editor.readMemory(editor.address("PromptText"), text, sizeof text - 1);
+    return text;
+}
 
 class Recovery : public testing::Test {
 protected:
@@ -73,7 +80,87 @@ protected:
     }
 };
 
+// The program faults in the midst of a gesture: a thread of it begins where no code is. Its last act is to
+// bring to the log what was finished.
+class Fault : public EditDriver {
+protected:
+    static constexpr int A = 0;
+    void SetUp() override {
+        openRows("%ENDTIME = 400;\n"
+                 "A { In Default None 0 1 50 } = 0 400;\n",
+                 {"A"});
+        // Small enough to lie in memory alone.
+        dragOver(A, 100, 200);
+        ASSERT_TRUE(kindBecomes(SEL_PULSE));
+        ASSERT_EQ(directory.read("edit._KL"), "");
+    }
+    void TearDown() override {
+        PressButton(false);
+        EditDriver::TearDown();
+    }
+    void faultAndRecover() {
+        DWORD id = 0;
+        GetWindowThreadProcessId(editor->frame(), &id);
+        HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, id);
+        ASSERT_NE(process, nullptr);
+        auto nowhere = reinterpret_cast<LPTHREAD_START_ROUTINE>(16);
+        HANDLE thread = CreateRemoteThread(process, nullptr, 0, nowhere, nullptr, 0, nullptr);
+        ASSERT_NE(thread, nullptr);
+        EXPECT_TRUE(WaitFor([&] { return !directory.read("edit._KL").empty(); }));
+        // What the system shows of the fault is not waited for.
+        TerminateProcess(process, 1);
+        WaitForSingleObject(process, 10000);
+        CloseHandle(thread);
+        CloseHandle(process);
+        PressButton(false);
+        editor = nullptr;
+        editor = std::make_unique<Editor>(directory, "edit.wdl");
+        Dialog question = editor->dialog();
+        ASSERT_NE(question.window, nullptr);
+        question.click(YES);
+        ASSERT_TRUE(editor->dialogGone());
+        ASSERT_TRUE(editor->open());
+        EXPECT_EQ(PromptOf(*editor), "Recovered from the log: 1 action, without 0 bytes at its end.");
+        EXPECT_EQ(saved("A"), "0 100 1 100 0 200");
+    }
+    void pressAt(TimeVal time) const {
+        moveTo(3, xOf(time), rowMiddle(A));
+        press();
+        isDone();
+    }
+};
+
 } // namespace
+
+TEST_F(Fault, BetweenGesturesLosesNothing) {
+    faultAndRecover();
+}
+
+TEST_F(Fault, WithTheButtonDownLosesNothing) {
+    pressAt(300);
+    faultAndRecover();
+}
+
+TEST_F(Fault, WhileARangeIsDraggedLosesNothing) {
+    pressAt(300);
+    moveTo(3, xOf(350), rowMiddle(A));
+    isDone();
+    faultAndRecover();
+}
+
+TEST_F(Fault, WhileAnEdgeIsDraggedLosesNothing) {
+    pressAt(200);
+    moveTo(3, xOf(240), rowMiddle(A));
+    isDone();
+    faultAndRecover();
+}
+
+TEST_F(Fault, WhileAValueIsTypedLosesNothing) {
+    clickAt(A, 50);
+    ASSERT_TRUE(kindBecomes(SEL_PULSE));
+    typeInto(EDIT_DURATION, "55");
+    faultAndRecover();
+}
 
 TEST_F(RecoveryOfEdits, AnsweredYesTheWavesHaveThemButTheOneThatWasNotDone) {
     answer(YES);
@@ -100,6 +187,9 @@ TEST_F(Recovery, AnsweredYesItBringsTheEditsBack) {
     Editor editor(directory, "plain.wdl");
     answer(editor, YES);
     ASSERT_TRUE(editor.open());
+    // Behind the last whole action nothing was left.
+    EXPECT_EQ(PromptOf(editor), "Recovered from the log: " + std::to_string(COPIES_ON_DISK) +
+                                    " actions, without 0 bytes at its end.");
     editor.shoot("recovered");
     editor.command(COMMAND_UNDO);
     editor.command(COMMAND_UNDO);

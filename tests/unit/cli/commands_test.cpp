@@ -1,6 +1,7 @@
 // What each command prints and writes.
 #include "run_cli.h"
 #include "unit/support/fresh_store.h"
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -37,6 +38,31 @@ TEST_F(Commands, CheckGoesOnBehindABadFileAndEndsWithTheWorstStatus) {
     EXPECT_EQ(run.out, summary);
     EXPECT_EQ(run.err, none + ": cannot be read\n" + bad + ":1:7: Missing duration\n");
     EXPECT_EQ(RunCli({"check", good, bad}).status, 1);
+}
+
+TEST_F(Commands, CheckWarnsOfWhatTheReaderPassesOver) {
+    std::string path = file("%DECIMALS = 2\nA = 1 5;\nB { In Default } = 1 5;\n");
+    CliRun run = RunCli({"check", path});
+    EXPECT_EQ(run.out, path + ": 1 nodes, 0 patterns, 0 references, ends at 100000\n");
+    EXPECT_EQ(run.err, path + ":1:1: warning: directive without its end, passed over: \"A = 1 5\"\n" + path +
+                           ":3:5: warning: unknown property word \"In\"\n" + path +
+                           ":3:8: warning: unknown property word \"Default\"\n");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(RunCli({"format", path}).err, "");
+}
+
+TEST_F(Commands, AFileThatIsNoTextIsRefusedAsSuch) {
+    std::string path = file(std::string("\x7f"
+                                        "ELF\0\n",
+                                        6));
+    CliRun run = RunCli({"check", path});
+    EXPECT_EQ(run.err, path + ": not a text file\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST_F(Commands, CheckCountsASubPatternThatLooksAtBitsAsBoth) {
+    std::string path = file("$D[1:0] = 1 5;\n$D[1];\nD[1:0];\nD[0];\n");
+    EXPECT_EQ(RunCli({"check", path}).out, path + ": 1 nodes, 2 patterns, 2 references, ends at 100000\n");
 }
 
 const std::string FORMATTED = "%MASTERCLOCKMULT = 1;\n%SMALLESTUNIT    = 12;\n%AUTOASSIGN      = 1;\n"
@@ -84,7 +110,7 @@ TEST_F(Commands, FormatLeavesAFileAloneThatItMayNotWrite) {
     fs::permissions(path, fs::perms::owner_read);
     CliRun run = RunCli({"format", path, "-o", path});
     EXPECT_EQ(run.status, 2);
-    EXPECT_EQ(run.err, path + ": cannot be written\n");
+    EXPECT_EQ(run.err, path + ": cannot be written: Permission denied\n");
     EXPECT_EQ(ReadWholeFile(path), UNFORMATTED);
     EXPECT_EQ(RunCli({"format", path, "-o", directory.path}).status, 2);
     EXPECT_EQ(RunCli({"format", path, "-o", directory.file("none/x.wdl")}).status, 2);
@@ -178,6 +204,42 @@ TEST_F(Commands, SegmentsEndsAtTheSpanIfNothingElseIsSaid) {
     EXPECT_EQ(RunCli({"segments", path, "A", "--to", "0"}).out, "0 10 10 0 5\n");
 }
 
+TEST_F(Commands, SegmentsOfASpanWithoutEndEndBehindWhatEnds) {
+    // What is endless in the midst of a wave makes the document endless.
+    std::string endless = "W = 0 5 (0 100)*65535 #65534 1 5;\nA { Default } = (0 100)##;\n";
+    // The longest pattern that ends, and a quarter more.
+    std::string path = file("%ENDTIME = 20;\n" + endless + "L = 0 160;\n");
+    EXPECT_EQ(RunCli({"segments", path, "A"}).out, "0 100 100 0 4\n100 200 100 0 5\n");
+    EXPECT_EQ(RunCli({"segments", path, "A", "--to", "300"}).out,
+              "0 100 100 0 4\n100 200 100 0 4\n200 300 100 0 5\n");
+    // Or the end time.
+    path = file("%ENDTIME = 240;\n" + endless);
+    EXPECT_EQ(RunCli({"segments", path, "A", "--from", "100"}).out, "100 200 100 0 4\n200 300 100 0 5\n");
+    // An end time that is none does not count.
+    path = file("%ENDTIME = 4294967295;\n" + endless + "L = 0 160;\n");
+    EXPECT_EQ(RunCli({"segments", path, "A"}).out, "0 100 100 0 4\n100 200 100 0 5\n");
+}
+
+TEST_F(Commands, SegmentsReachTheWindowsEndInHoweverManyRounds) {
+    std::string out = RunCli({"segments", file("A { Default } = (0 1 1 1)##;\n"), "A", "--to", "200000"}).out;
+    EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 200000);
+    EXPECT_TRUE(out.ends_with("\n199999 200000 1 1 5\n"));
+}
+
+TEST_F(Commands, SegmentsOfAWindowThatRunsBackwardAreNone) {
+    std::string path = file("%ENDTIME = 20;\nA { Default } = 1 5 0 15;\n");
+    for (const std::vector<std::string> &times : {std::vector<std::string>{"--from", "8", "--to", "7"},
+                                                  {"--from", "100"},
+                                                  {"--from", "1", "--to", "0"}}) {
+        std::vector<std::string> arguments = {"segments", path, "A"};
+        arguments.insert(arguments.end(), times.begin(), times.end());
+        CliRun run = RunCli(arguments);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.out, "");
+    }
+    EXPECT_EQ(RunCli({"segments", path, "A", "--from", "7", "--to", "7"}).out, "5 20 15 0 5\n");
+}
+
 TEST_F(Commands, SegmentsExpandsFormatsOnRequest) {
     std::string path = file("A { Default RZ 0 10 50 } = 1 2;\n");
     EXPECT_EQ(RunCli({"segments", path, "A"}).out, "0 20 20 1 5\n");
@@ -242,7 +304,9 @@ TEST_F(Pictures, GrowWithWidthScaleAndRows) {
     ASSERT_EQ(render({"--rows", "CLK"}, "x.png").status, 0);
     auto [width, height] = pngSize();
     ASSERT_EQ(render({"--rows", "CLK", "--width", "1100"}, "x.png").status, 0);
-    EXPECT_EQ(pngSize().first, width + 100);
+    // The ruler goes on as far as its last label needs: 64 pixels beyond the waves' 1000, 48 beyond 1100.
+    EXPECT_EQ(width, 1064u);
+    EXPECT_EQ(pngSize().first, 1148u);
     ASSERT_EQ(render({"--rows", "CLK", "--scale", "3"}, "x.png").status, 0);
     EXPECT_EQ(pngSize(), (std::pair{3 * width, 3 * height}));
     ASSERT_EQ(render({"--rows", "CLK,LOAD,CLK"}, "x.png").status, 0);

@@ -208,13 +208,63 @@ TEST_F(EditLogFile, BringsTheEditsBack) {
 
 TEST_F(EditLogFile, IsNoneOfTheOtherFiles) {
     std::string script = directory.write("script", "status\n");
-    for (const std::string &other : {path, script, out}) {
+    fs::create_directory(directory.file("sub"));
+    fs::create_symlink(path, directory.file("link"));
+    fs::create_symlink("out.wdl", directory.file("link to nothing"));
+    for (const auto &[other, roles] :
+         {std::pair(path, "the log as well as the document"),
+          {directory.file("sub/../a.wdl"), "the log as well as the document"},
+          {directory.file("link"), "the log as well as the document"},
+          {directory.file("a.kel"), "the log as well as the wave list"},
+          {script, "the log as well as the script"},
+          {out, "the log as well as the output"},
+          {directory.file("link to nothing"), "the log as well as the output"}}) {
+        fs::remove(out);
         std::string before = ReadWholeFile(other);
         CliRun run = RunCli({"edit", path, script, "-o", out, "--log", other});
         EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.err, other + ": cannot be the log as well\n");
+        EXPECT_EQ(run.err, other + ": cannot be " + roles + "\n");
         EXPECT_EQ(ReadWholeFile(other), before);
+        EXPECT_FALSE(fs::exists(out));
     }
+}
+
+TEST_F(EditLogFile, NeitherIsTheOutputOrTheScript) {
+    std::string script = directory.write("script", "status\n");
+    fs::remove(directory.file("a.kel"));
+    for (const auto &[other, role] : {std::pair(directory.file("a.kel"), "the wave list"),
+                                      {directory.file("./a.kel"), "the wave list"},
+                                      {directory.file("a._KL"), "the document's log"}}) {
+        CliRun run = RunCli({"edit", path, script, "-o", other});
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.err, other + ": cannot be the output as well as " + role + "\n");
+        EXPECT_FALSE(fs::exists(other));
+    }
+    CliRun run = RunCli({"edit", path, script, "-o", script});
+    EXPECT_EQ(run.err, script + ": cannot be the script as well as the output\n");
+    EXPECT_EQ(ReadWholeFile(script), "status\n");
+    EXPECT_EQ(RunCli({"edit", path, path}).err, path + ": cannot be the script as well as the document\n");
+    // The document may be the output, and devices are no files.
+    EXPECT_EQ(RunCli({"edit", path, script, "-o", path}).status, 0);
+    EXPECT_EQ(RunCli({"edit", path, "/dev/null", "-o", "/dev/null"}).status, 0);
+}
+
+TEST_F(EditLogFile, ThatFailsEndsTheScriptAndNothingIsWritten) {
+    std::string script = directory.write("script", "select w 150 150\ncut\nstatus\nundo\nstatus\n");
+    CliRun run = RunCli({"edit", path, script, "-o", out, "--log", "/dev/full"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err.substr(0, run.err.find('\n')), "Failed to write log file /dev/full");
+    EXPECT_EQ(run.out, "") << "the lines behind it are not played";
+    EXPECT_FALSE(fs::exists(out));
+}
+
+TEST_F(EditLogFile, WithoutATemporaryFileNothingIsWritten) {
+    std::string script = directory.write("script", "status\n");
+    CliRun run =
+        RunCli({"edit", path, script, "-o", out}, ".", "/dev/null", "TMPDIR=" + directory.file("none"));
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.err.starts_with("Failed to create log file ")) << run.err;
+    EXPECT_FALSE(fs::exists(out));
 }
 
 TEST_F(EditLogFile, IsLeftBehindByAScriptThatIsNotUnderstood) {

@@ -67,10 +67,10 @@ TEST_F(Edit, RefusesWhatCannotBeReadOrWritten) {
     EXPECT_EQ(RunCli({"edit", directory.file("none.wdl")}).status, 2);
     EXPECT_EQ(RunCli({"edit", directory.write("bad.wdl", "a = 1;\n")}).status, 1);
     run = RunCli({"edit", path, "-o", directory.file("no/out.wdl")});
-    EXPECT_EQ(run.err, directory.file("no/out.wdl") + ": cannot be written\n");
+    EXPECT_EQ(run.err, directory.file("no/out.wdl") + ": cannot be written: No such file or directory\n");
     EXPECT_EQ(run.status, 2);
     run = RunCli({"edit", path, "--log", directory.file("no/log")});
-    EXPECT_EQ(run.err, directory.file("no/log") + ": cannot be written\n");
+    EXPECT_EQ(run.err, directory.file("no/log") + ": cannot be written: No such file or directory\n");
     EXPECT_EQ(run.status, 2);
 }
 
@@ -224,10 +224,11 @@ TEST_F(Edit, DurationWritesThePulsesLength) {
     EXPECT_EQ(items("w"), "0 100 1 30 0 50");
     EXPECT_EQ(printed("select w 150 150\nduration! 30\nstatus\n"),
               "3 Selected Bit Pulse = Low\n  130 180 0 2 2\n");
-    EXPECT_EQ(itemsAfter("select w 150 150\nduration\n"), "0 100 1 1 0 50");
+    // A text without a digit is no entry.
+    EXPECT_EQ(itemsAfter("select w 150 150\nduration\n"), "0 100 1 100 0 50");
     EXPECT_EQ(itemsAfter("select w 150 150\nduration  2 ns \n"), "0 100 1 2000 0 50");
     EXPECT_EQ(itemsAfter("select w 150 150\nduration #5\n"), "0 100 1 5 0 50");
-    EXPECT_EQ(itemsAfter("select w 150 150\nduration none\n"), "0 100 1 1 0 50");
+    EXPECT_EQ(itemsAfter("select w 150 150\nduration none\n"), "0 100 1 100 0 50");
     notEnabled("", {"duration 30", "duration! 30"});
     notEnabled("select w 50 150\n", {"duration 30", "duration! 30"});
 }
@@ -262,7 +263,7 @@ TEST_F(Edit, ScaleAndRepeatWriteAReference) {
     EXPECT_EQ(itemsAfter("select v 20 50\nscaleby 3\nrepeat 2\n", "v"), "1 20 $p *3 #2 0 10");
     EXPECT_EQ(itemsAfter("select v 20 50\nrepeat! 7\n", "v"), "1 20 $p #7 0 10");
     EXPECT_EQ(itemsAfter("select w 50 150\nscaleby! 2\n"), "0 50(0 50 1 50)*2 1 50 0 50");
-    EXPECT_EQ(itemsAfter("select v 20 50\nrepeat\n", "v"), "1 20 $p 0 10");
+    EXPECT_EQ(itemsAfter("select v 20 50\nrepeat\n", "v"), "1 20 $p #3 0 10");
     EXPECT_EQ(itemsAfter("select v 20 50\nrepeat " + std::string(79, ' ') + "5\n", "v"), "1 20 $p #5 0 10");
     // The text is cut to 80 characters.
     EXPECT_EQ(itemsAfter("select v 20 50\nrepeat " + std::string(79, '0') + "23\n", "v"), "1 20 $p #2 0 10");

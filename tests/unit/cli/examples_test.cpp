@@ -40,7 +40,11 @@ TEST_P(Examples, AreWrittenInTheEditorsForm) {
 TEST_P(Examples, LoadWithoutTheirSimulatorToo) {
     CliRun run = RunCli({"check", Example(GetParam() + ".wdl")});
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.err, "");
+    // Their own state tables are unknown then, and nothing else.
+    std::istringstream lines(run.err);
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_NE(line.find(": warning: unknown property word"), line.npos) << line;
+    }
 }
 
 TEST_P(Examples, HaveAWaveListWhoseEveryNameIsShown) {

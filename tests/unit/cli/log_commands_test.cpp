@@ -294,11 +294,32 @@ TEST_F(LogCommands, RecoverNeedsALogAnOutputAndAGoodFile) {
     EXPECT_FALSE(fs::exists(directory.file("out.wdl")));
 }
 
-TEST_F(LogCommands, RecoverWritesOverTheFileWhenItIsAskedTo) {
-    directory.write("a.wdl", "A = 0 10;\n");
-    directory.write("a._KL", Entries([] { LogItemDuration(1, 0, 10, 15); }) + MARK);
-    EXPECT_EQ(RunCli({"recover", "a.wdl", "-o", "a.wdl"}, directory.path).status, 0);
-    EXPECT_NE(ReadWholeFile(directory.file("a.wdl")).find("0 15"), std::string::npos);
+TEST_F(LogCommands, RecoverWritesOverNoneOfTheFilesThatItReads) {
+    std::string document = "A = 0 10;\n", log = Entries([] { LogItemDuration(1, 0, 10, 15); }) + MARK;
+    directory.write("a.wdl", document);
+    directory.write("a._KL", log);
+    fs::create_hard_link(directory.file("a.wdl"), directory.file("other.wdl"));
+    fs::create_symlink("a.kel", directory.file("list"));
+    for (const auto &[out, role] : {std::pair("a.wdl", "the document"),
+                                    {"other.wdl", "the document"},
+                                    {"a._KL", "the document's log"},
+                                    {"a.kel", "the wave list"},
+                                    {"list", "the wave list"}}) {
+        CliRun run = RunCli({"recover", "a.wdl", "-o", out}, directory.path);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.err, std::string(out) + ": cannot be the output as well as " + role + "\n");
+    }
+    EXPECT_EQ(ReadWholeFile(directory.file("a.wdl")), document);
+    EXPECT_EQ(ReadWholeFile(directory.file("a._KL")), log);
+    EXPECT_FALSE(fs::exists(directory.file("a.kel")));
+}
+
+TEST_F(LogCommands, LogTakesNoOptionThatMeansNothing) {
+    std::string log = directory.write("log", "");
+    EXPECT_EQ(RunCli({"log", log}).status, 0);
+    EXPECT_EQ(RunCli({"log", log, "--radix", "2"}).status, 2);
+    EXPECT_EQ(RunCli({"log", log, "--simulator", log}).status, 2);
+    EXPECT_EQ(RunCli({"log", "--help"}).out.find("--radix"), std::string::npos);
 }
 
 } // namespace

@@ -15,9 +15,10 @@ std::string Quoted(const std::string &word) {
 } // namespace
 
 CliRun RunCli(const std::vector<std::string> &arguments, const std::string &directory,
-              const std::string &input) {
+              const std::string &input, const std::string &variable) {
     ScratchDirectory scratch;
-    std::string command = "cd " + Quoted(directory) + " && " + Quoted(KELVANE_CLI);
+    std::string command =
+        "cd " + Quoted(directory) + " && env " + Quoted(variable) + " " + Quoted(KELVANE_CLI);
     for (const std::string &argument : arguments) command += " " + Quoted(argument);
     command +=
         " <" + Quoted(input) + " >" + Quoted(scratch.file("out")) + " 2>" + Quoted(scratch.file("err"));

@@ -32,7 +32,8 @@ TEST(Usage, HelpsAlsoPerCommand) {
         CliRun help = RunCli({command, "--help"});
         EXPECT_EQ(help.status, 0);
         EXPECT_NE(help.out.find("kelvane-cli " + command), std::string::npos) << help.out;
-        EXPECT_NE(help.out.find("--simulator"), std::string::npos);
+        // A log is read without a document.
+        EXPECT_EQ(help.out.find("--simulator") != std::string::npos, command != "log") << command;
     }
 }
 

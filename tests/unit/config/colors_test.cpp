@@ -1,5 +1,7 @@
 #include "config/settings.h"
+#include "headless/headless.h"
 #include "unit/support/fresh_store.h"
+#include <filesystem>
 
 namespace {
 
@@ -56,6 +58,16 @@ TEST_F(Colors, AMissingKeyLeavesThePresentValue) {
     ColorSettings[WaveName] = 4;
     load("Background=2");
     EXPECT_EQ(ColorSettings[WaveName], 4);
+}
+
+TEST_F(Colors, ThatCannotBeReadAreToldAndStay) {
+    std::string path = scratch.file("WavColor.ini");
+    std::filesystem::create_symlink("/proc/self/mem", path); // of which the first page cannot be read
+    InitHeadless();
+    LoadColors(path.c_str());
+    EXPECT_EQ(Headless.userErrors,
+              std::vector<std::string>{"Unable to read file " + path + ": Input/output error"});
+    EXPECT_EQ(ColorSettings, defaults);
 }
 
 TEST_F(Colors, AreSavedAsNumbersAndComeBack) {

@@ -1,5 +1,6 @@
 #include "config/paths.h"
 #include "config/settings.h"
+#include "headless/headless.h"
 #include "unit/support/fresh_store.h"
 #include <cstdio>
 #include <filesystem>
@@ -9,6 +10,7 @@ namespace {
 class Preferences : public testing::Test {
 protected:
     Preferences() {
+        InitHeadless();
         InitSettings();
         InitPaths();
         snprintf(SettingsIniPath, sizeof SettingsIniPath, "%s", scratch.file("Kelvane.ini").c_str());
@@ -200,6 +202,15 @@ TEST_F(Preferences, DecimalsAreNoneToThree) {
     EXPECT_EQ(Settings.DefDecimals, 0);
 }
 
+TEST_F(Preferences, KeysToWavesIsKept) {
+    EXPECT_FALSE(Settings.KeysToWaves);
+    load("Keys To Waves=1");
+    EXPECT_TRUE(Settings.KeysToWaves);
+    EXPECT_NE(saved().find("Keys To Waves=1\n"), std::string::npos);
+    load("Keys To Waves=0");
+    EXPECT_FALSE(Settings.KeysToWaves);
+}
+
 TEST_F(Preferences, AreSavedInTheirOrder) {
     EXPECT_EQ(saved(), "[Preferences]\n"
                        "Print Side Margins=0.28\n"
@@ -214,7 +225,8 @@ TEST_F(Preferences, AreSavedInTheirOrder) {
                        "Clock Multiplier=1\n"
                        "Basic Unit=12\n"
                        "Decimals=0\n"
-                       "KEL End Time=100000\n");
+                       "KEL End Time=100000\n"
+                       "Keys To Waves=0\n");
 }
 
 TEST_F(Preferences, AreSavedFromThePreferencesHalf) {
@@ -255,4 +267,21 @@ TEST_F(Preferences, WithoutAConfigurationDirectoryNothingIsReadOrWritten) {
     SavePreferences();
     EXPECT_EQ(Settings.DefEndTime, 100000u);
     EXPECT_FALSE(std::filesystem::exists(scratch.file("Kelvane.ini")));
+}
+
+// What is in force then is not the user's, and must not replace what is.
+TEST_F(Preferences, ThatCouldNotBeReadAreToldAndNotWrittenOver) {
+    std::string path = scratch.file("Kelvane.ini");
+    std::filesystem::create_symlink("/proc/self/mem", path); // of which the first page cannot be read
+    LoadPreferences();
+    EXPECT_EQ(Headless.userErrors,
+              std::vector<std::string>{"Unable to read file " + path + ": Input/output error"});
+    EXPECT_EQ(Settings.DefEndTime, 100000u);
+    std::filesystem::remove(path);
+    scratch.write("Kelvane.ini", "[Preferences]\nKEL End Time=5000\n");
+    SavePreferences();
+    EXPECT_EQ(ReadWholeFile(path), "[Preferences]\nKEL End Time=5000\n");
+    LoadPreferences();
+    SavePreferences();
+    EXPECT_NE(ReadWholeFile(path), "[Preferences]\nKEL End Time=5000\n");
 }

@@ -247,6 +247,33 @@ TEST_F(Composition, TheFlagsOfPatternsWithoutARowAreCleared) {
     EXPECT_FALSE(PatternFromId(id)->changed());
 }
 
+TEST_F(Composition, AReferenceToNothingSpreadsNoChange) {
+    AddReference(MakeRow("A", {}), {3000});
+    uint16_t other = MakePattern("OTHER");
+    clearChanged();
+    PatternFromId(other)->setChanged(true);
+    RepaintChanged(false);
+    EXPECT_TRUE(HeadlessSurface.calls.empty());
+}
+
+TEST_F(Composition, ARowWhosePatternIsGoneIsPassedOver) {
+    makeRows(3);
+    PatternTable[WaveRows[1].PatternId] = 0;
+    RepaintChanged(true);
+    EXPECT_EQ(erasedWaves(), (std::vector{0, 2}));
+}
+
+TEST_F(Composition, WithoutAStoreNothingIsRepainted) {
+    // Between two documents.
+    makeRows(2);
+    PatternStoreFree();
+    RepaintChanged(true);
+    EXPECT_TRUE(HeadlessSurface.calls.empty());
+    PaintPane(Pane::Wave);
+    EXPECT_EQ(RowPattern(0), nullptr);
+    EXPECT_TRUE(Drawn().empty());
+}
+
 TEST_F(Composition, WhileADocumentIsReadTheFlagsStay) {
     makeRows(1);
     DisplayOpen = 0;

@@ -159,8 +159,7 @@ std::string TextAround(int colour, const std::string &text, int32_t x, int32_t y
 }
 
 PaneImage::PaneImage(Pane pane, int32_t width, int32_t height)
-    : image(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height)), context(cairo_create(image)),
-      width(width), height(height) {
+    : image(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height)), context(cairo_create(image)) {
     clear(0xFFFFFF);
     HeadlessSurface.target = {};
     HeadlessSurface.target.context = context;

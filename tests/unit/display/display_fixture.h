@@ -57,8 +57,7 @@ std::string TextAt(int colour, const std::string &text, int32_t left, int32_t to
 std::string TextAround(int colour, const std::string &text, int32_t x, int32_t y);
 
 // --- pixels
-// -------------------------------------------------------------------------------------------------- A
-// picture that one panel is drawn into while the object lives.
+// A picture that one panel is drawn into while the object lives.
 class PaneImage {
 public:
     explicit PaneImage(Pane pane, int32_t width = 1000, int32_t height = 600);
@@ -74,5 +73,4 @@ public:
 private:
     cairo_surface_t *image;
     cairo_t *context;
-    int32_t width, height;
 };

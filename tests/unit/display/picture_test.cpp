@@ -3,6 +3,8 @@
 #include "display/primitives.h"
 #include "headless/picture.h"
 #include "store/mutators.h"
+#include <cstdlib>
+#include <random>
 
 namespace {
 
@@ -65,7 +67,8 @@ TEST_F(Picture, ShowsRulerNamesAndWavesAsTheWindowDoes) {
     ASSERT_TRUE(drawn) << error;
     int32_t waves = names + 3 + 1; // grip and frame
     int32_t top = WaveView.RulerHeight + 1;
-    EXPECT_EQ(png.width(), waves + 1000 + 1);
+    int32_t lastLabel = TextWidth("1,000");
+    EXPECT_EQ(png.width(), waves + 1000 - lastLabel / 2 + lastLabel + 1);
     EXPECT_EQ(png.height(), top + 2 * rowHeight + 1);
     EXPECT_EQ(png.at(0, 0), BLACK);
     EXPECT_EQ(png.at(waves - 1, top + 5), BLACK);
@@ -147,7 +150,61 @@ TEST_F(Picture, VectorPicturesDrawEverything) {
     request.rows = {user, bus};
     std::string svg = ReadWholeFile(render("a.svg", request));
     EXPECT_TRUE(drawn) << error;
-    EXPECT_GT(svg.size(), 10000u);
+    for (const char *text : {">USER  ", ">D[7:0]  ", ">02<", ">0<", ">500<", "stroke-dasharray", "url(#h"}) {
+        EXPECT_NE(svg.find(text), std::string::npos) << text;
+    }
+}
+
+// Where nothing but lines along the pixels is drawn, a viewer shows just what the PNG shows.
+TEST_F(Picture, AnSvgHasThePixelsOfThePng) {
+    std::mt19937 random(7);
+    PictureRequest request;
+    for (int row = 0; row < 12; row++) {
+        Transitions items;
+        for (int i = 0; i < 40; i++) items.push_back({random() % 2, 4 + random() % 60});
+        request.rows.push_back(MakePattern(("R" + std::to_string(row)).c_str(), items));
+    }
+    request.fitRange = true;
+    request.from = 37;
+    request.to = 1100;
+    Png png(render("a.png", request));
+    std::string svg = render("a.svg", request);
+    ASSERT_TRUE(drawn) << error;
+    std::string shown = directory.file("shown.png");
+    ASSERT_EQ(system(("rsvg-convert '" + svg + "' -o '" + shown + "'").c_str()), 0);
+    Png viewed(shown);
+    ASSERT_EQ(viewed.width(), png.width());
+    ASSERT_EQ(viewed.height(), png.height());
+    int32_t left = png.width() - 1001;
+    for (int32_t y = WaveView.RulerHeight + 1; y < png.height(); y++) {
+        for (int32_t x = left; x < png.width(); x++) {
+            ASSERT_EQ(viewed.at(x, y), png.at(x, y)) << x << "," << y;
+        }
+    }
+}
+
+TEST_F(Picture, TheTextOfVectorPicturesIsText) {
+    std::string pdf = render("a.pdf", {});
+    std::string text = directory.file("text.txt");
+    ASSERT_EQ(system(("pdftotext -layout '" + pdf + "' '" + text + "'").c_str()), 0);
+    std::string words = ReadWholeFile(text);
+    for (const char *word : {"LOW", "HIGH_AND_LONG", "500", "900"}) {
+        EXPECT_NE(words.find(word), std::string::npos) << word << " in " << words;
+    }
+}
+
+TEST_F(Picture, TheRulersLastLabelIsWhole) {
+    PictureRequest request;
+    request.width = 800; // with a label at its right end
+    request.fitRange = true;
+    request.to = 800;
+    int32_t label = TextWidth("800");
+    Png png(render("a.png", request));
+    int32_t waves = names + 4;
+    EXPECT_EQ(png.width(), waves + 800 - label / 2 + label + 1);
+    PixelRect beyond = {waves + 801, 1, png.width() - 1, WaveView.RulerHeight - 2};
+    EXPECT_LT(png.count(WHITE, beyond), (beyond.right - beyond.left) * (beyond.bottom - beyond.top) - 10);
+    EXPECT_EQ(png.at(waves + 800, WaveView.RulerHeight + 10), BLACK); // the wave pane keeps its width
 }
 
 TEST_F(Picture, MoreRowsThanTheTableHoldsAreDrawn) {
@@ -203,7 +260,7 @@ TEST_F(Picture, WhatCannotBeWrittenIsTold) {
     for (const char *name : {"none/a.png", "none/a.svg", "none/a.pdf"}) {
         render(name, {});
         EXPECT_FALSE(drawn) << name;
-        EXPECT_TRUE(error.starts_with("cannot write ")) << error;
+        EXPECT_TRUE(error.starts_with("cannot be written: No such file or directory")) << error;
     }
 }
 

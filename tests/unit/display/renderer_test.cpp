@@ -4,6 +4,7 @@
 #include "display/renderer.h"
 #include "store/mutators.h"
 #include "store/state_table.h"
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -122,6 +123,12 @@ TEST_F(Renderer, RowsOutsideThePaneAreNotDrawn) {
     }
 }
 
+TEST_F(Renderer, NothingIsDrawnBelowTheLastRow) {
+    MakeRow("A");
+    draw(1);
+    EXPECT_TRUE(HeadlessSurface.calls.empty());
+}
+
 TEST_F(Renderer, ARowOfAFreeIdIsNotDrawn) {
     AppendRowOf(MakePattern("GONE"));
     DeletePattern(RowPattern(0));
@@ -174,6 +181,22 @@ TEST_F(Renderer, TheWalkEndsWithTheSpan) {
 }
 
 // --- blocks of a state ---
+
+TEST_F(Renderer, AWaveWithoutEndIsDrawnToTheEndOfTheAxis) {
+    // The axis ends in the midst of the second repetition's longer item.
+    WaveView.SpanEnd = 600;
+    AddReference(MakeRow("A", {}), {MakePattern("$a", {{0, 100}, {1, 300}}), 1, REPEAT_FOREVER});
+    AddReference(MakeRow("D[7:0]", {}, 8), {MakePattern("$d", {{1, 100}, {2, 300}}, 8), 1, REPEAT_FOREVER});
+    for (uint32_t row : {0, 1}) {
+        draw(row);
+        int32_t right = 0;
+        for (const SurfaceCall &call : HeadlessSurface.calls) {
+            if (call.kind != SurfaceCall::Kind::Polyline) continue;
+            for (const PixelPoint &point : call.points) right = std::max(right, point.x);
+        }
+        EXPECT_EQ(right, 600) << row;
+    }
+}
 
 TEST_F(Renderer, UnknownIsAHatchedBlock) {
     EXPECT_EQ(scalar({{2, 100}}), Calls{Hatch(RED, 0, high, 100, low)});

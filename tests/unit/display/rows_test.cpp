@@ -1,5 +1,7 @@
 #include "unit/display/display_fixture.h"
 
+#include "display/composition.h"
+#include "display/overlay.h"
 #include "display/primitives.h"
 #include "editlog/edit_log.h"
 #include "store/mutators.h"
@@ -125,6 +127,26 @@ TEST_F(RowList, WhileADocumentIsReadOnlyTheTableChanges) {
     EXPECT_TRUE(Headless.invalidated.empty());
     EXPECT_EQ(HighlightedRows(), RowSet{});
     EXPECT_EQ(WaveView.NameTextWidth, 0);
+}
+
+TEST_F(RowList, WithoutATableNoRowIsMade) {
+    uint16_t id = MakePattern("A");
+    FreeWaveRows();
+    AddWaveRow(id, 0);
+    ShowNewRow(id);
+    EXPECT_EQ(ShowWaveByName("A"), PatternFromId(id));
+    EXPECT_EQ(WaveView.RowCount, 0u);
+}
+
+TEST_F(RowList, APatternThatIsGoneGetsNoRow) {
+    AddWaveRow(3000, 0);
+    EXPECT_EQ(WaveView.RowCount, 0u);
+}
+
+TEST_F(RowList, ARowWhosePatternIsGoneIsMeasuredWithoutAName) {
+    MakeRows(1);
+    PatternTable[WaveRows[0].PatternId] = 0;
+    EXPECT_EQ(MeasureNameWidths(), WidthOf(""));
 }
 
 // --- AddWaveRow ---
@@ -278,6 +300,34 @@ TEST_F(RowList, HidingSeveralRowsRemembersThatTheWidestWasTheFirstToGo) {
     Highlight({0, 2});
     HideHighlightedRows();
     EXPECT_EQ(WaveView.NameTextWidth, WidthOf("MIDDLE"));
+}
+
+TEST_F(RowList, TheOverlayIsOffWhileTheHighlightedRowsGo) {
+    MakeRows(3);
+    Highlight({1});
+    DrawOverlay(true);
+    static bool wasOn;
+    wasOn = true;
+    RowSelectionHook = [] { wasOn = Overlay.overlayOn; };
+    HideHighlightedRows();
+    RowSelectionHook = nullptr;
+    EXPECT_FALSE(wasOn) << "when whoever follows the rows hears of it";
+    EXPECT_TRUE(Overlay.overlayOn);
+}
+
+TEST_F(RowList, AHiddenRowIsTakenOutOfThePictureUnderTheOverlay) {
+    MakeRows(3);
+    WaveView.CursorTime = 100;
+    PaneImage image(Pane::Wave);
+    RepaintAll();
+    DrawOverlay(true);
+    HideRow(1);
+    EXPECT_TRUE(Overlay.overlayOn);
+    DrawOverlay(false);
+    // Two low lines are left, without a trace of the cursor.
+    for (uint32_t row : {0u, 1u}) EXPECT_EQ(image.at(100, RowLow(row)), 0x0000FFu) << row;
+    EXPECT_EQ(image.count(0x000000, {0, 0, 1000, 600}), 0);
+    EXPECT_EQ(image.count(0x0000FF, {0, RowLow(1) + 1, 1000, 600}), 0);
 }
 
 TEST_F(RowList, HidingAllRowsLeavesAnEmptyList) {
@@ -507,6 +557,14 @@ TEST_F(LinkedRows, RebindingAsksForAllRowsInOrderBehindTheOldHandles) {
     EXPECT_EQ(WaveRows[0].netCount(), 2u);
     EXPECT_EQ(WaveRows[0].NetHandles[0], 99u);
     EXPECT_EQ(WaveRows[0].NetHandles[1], 1u);
+}
+
+TEST_F(LinkedRows, ARowWhosePatternIsGoneAsksForNothing) {
+    MakeRows(2);
+    PatternTable[WaveRows[0].PatternId] = 0;
+    RebindNetHandles();
+    EXPECT_EQ(askedNets, Names{"N1"});
+    EXPECT_EQ(WaveRows[0].netCount(), 0u);
 }
 
 TEST_F(LinkedRows, NoMoreThan32HandlesAreKept) {

@@ -156,6 +156,15 @@ TEST_F(View, AGrowingSpanShowsInScrollBarAndRuler) {
     EXPECT_EQ(Headless.invalidated, Panes{Pane::Ruler});
 }
 
+TEST_F(View, WavesWithoutEndAreDrawnOnWhereTheSpanGrowsInThePane) {
+    WaveView.SpanEnd = 900;
+    ExtendSpan(4000);
+    EXPECT_EQ(Headless.invalidated, (Panes{Pane::Ruler, Pane::Wave}));
+    Headless.invalidated.clear();
+    ExtendSpan(8000);
+    EXPECT_EQ(Headless.invalidated, Panes{Pane::Ruler}) << "the old end is out of sight";
+}
+
 TEST_F(View, TheSpanGrowsSilentlyWhileADocumentIsRead) {
     DisplayOpen = 0;
     ExtendSpan(4000);
@@ -188,6 +197,13 @@ TEST_F(View, ResizingTheNameColumnUpdatesItsBar) {
     WaveView.NameColumnWidth = 50;
     PaneResized(Pane::Name);
     EXPECT_EQ(Headless.bars[2][0].maximum, WaveView.NameTextWidth + WaveView.FontCharWidth - 50);
+}
+
+TEST_F(View, ResizingTheRulerUpdatesNoBar) {
+    MakeRow("A_RATHER_LONG_NAME_FOR_THE_COLUMN");
+    WaveView.NameTextWidth = 400;
+    PaneResized(Pane::Ruler);
+    EXPECT_EQ(Headless.bars[2][0].maximum, 0);
 }
 
 TEST_F(View, TheNameColumnStartsAtItsSavedWidthWithinLimits) {

@@ -318,6 +318,13 @@ TEST_F(Zoom, StepOutAtZeroOrBelowOnlyCentres) {
     EXPECT_TRUE(Headless.userErrors.empty());
 }
 
+TEST_F(Zoom, StepOutAtTheLeastScaleDoesNotCentreEither) {
+    Show(MinScale(), 99500);
+    ZoomOutStep();
+    EXPECT_EQ(WaveView.Scale, MinScale());
+    EXPECT_EQ(WaveView.ViewLeft, 99500u);
+}
+
 TEST_F(Zoom, FitShowsTheWholeSpan) {
     Show(4, 2000);
     ZoomFit();

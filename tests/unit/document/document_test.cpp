@@ -137,6 +137,26 @@ TEST_F(Document, ADirectoryIsRefusedAndLeftAlone) {
     EXPECT_TRUE(fs::is_directory("dir.wdl"));
 }
 
+TEST_F(Document, WhatTheDiskDoesNotGiveIsToldAndNothingIsOpened) {
+    // The document, its wave list, and the simulator's file with the state tables.
+    snprintf(SimulatorIniPath, MAX_PATH_SIZE, "%s", directory.file("sim.ini").c_str());
+    for (const char *name : {"doc.wdl", "doc.kel", "sim.ini"}) {
+        directory.write("doc.wdl", SIMPLE);
+        directory.write("doc.kel", "Wave CLK\n");
+        directory.write("sim.ini", "");
+        fs::remove(name);
+        fs::create_symlink("/proc/self/mem", name); // of which the first page cannot be read
+        Headless.userErrors.clear();
+        EXPECT_EQ(load(directory.file("doc.wdl")), 0);
+        EXPECT_EQ(Headless.userErrors,
+                  Texts{"Unable to read file " + directory.file(name) + ": Input/output error"});
+        EXPECT_EQ(EditLog.Recording, 1);
+        EXPECT_FALSE(fs::exists("doc.err")) << "it is no fault of the text";
+        PatternStoreFree();
+        fs::remove(name);
+    }
+}
+
 TEST_F(Document, AnEmptyFileIsAnEmptyDocument) {
     EXPECT_EQ(load(directory.write("doc.wdl", "")), 1);
     EXPECT_EQ(HighestPatternId, 0);
@@ -173,6 +193,7 @@ TEST_F(Document, ReloadingForgetsTheOldDocument) {
     WaveView.SpanEnd = 999999;
     modify();
     directory.write("other.wdl", "%ENDTIME=40;\nX { Default } = 1 4;\n");
+    directory.write("other.kel", "");
     snprintf(DocumentPath, MAX_PATH_SIZE, "%s", directory.file("other.wdl").c_str());
     EXPECT_EQ(ReloadDocument(), 1);
     EXPECT_FALSE(WaveView.SelectActive);
@@ -235,6 +256,23 @@ TEST_F(Document, NewMakesAnUntitledEmptyDocument) {
     EXPECT_STREQ(DocumentPath, "");
     EXPECT_EQ(HighestPatternId, 0);
     EXPECT_EQ(Headless.titles.back(), "Kelvane - <untitled>");
+}
+
+TEST_F(Document, NewBehindAPathMakesAnUntitledDocumentToo) {
+    open();
+    EXPECT_EQ(OpenDocument(directory.write("other.wdl", SIMPLE).c_str(), true), 1);
+    EXPECT_STREQ(DocumentPath, "");
+    EXPECT_EQ(HighestPatternId, 0);
+    EXPECT_EQ(Headless.titles, (Texts{"Kelvane - OTHER", "Kelvane - <untitled>"}));
+}
+
+TEST_F(Document, ANameFromTheDialogWhoseFullPathIsTooLongStaysAsItIs) {
+    std::string name = std::string(MAX_PATH_SIZE - 10, 'N') + ".wdl";
+    Headless.fileAnswers = {name};
+    char buffer[MAX_PATH_SIZE] = "";
+    EXPECT_EQ(BrowseForOpen(buffer, sizeof buffer), 1);
+    LowerCase(name.data());
+    EXPECT_EQ(buffer, name);
 }
 
 TEST_F(Document, CancelInTheQuestionLeavesEverythingAndReportsSuccess) {
@@ -319,14 +357,6 @@ TEST_F(Document, ForcedNamesShowTheAlertOnEverySave) {
     EXPECT_EQ(ForceSaveAs, 1);
 }
 
-TEST_F(Document, ASaveThatCannotBeWrittenLooksLikeASuccess) {
-    open("");
-    Headless.fileAnswers = {directory.file("missing/doc.wdl")};
-    EXPECT_EQ(SaveDocument(false), 1);
-    EXPECT_EQ(Headless.strips.back(), "File successfully saved");
-    EXPECT_FALSE(fs::exists("missing"));
-}
-
 TEST_F(Document, ACleanDocumentIsNotAskedAbout) {
     open();
     EXPECT_EQ(QuerySaveChanges(true), 1);
@@ -389,6 +419,8 @@ TEST_F(Document, ARequestOpensANamedFile) {
     MRStrDestroy(string);
     EXPECT_EQ(OnFileRequest(1, 0), 1);
     EXPECT_EQ(OnFileRequest(2, 0), 0);
+    EXPECT_EQ(OnFileRequest(1, 64), 1) << "there is no such string";
+    EXPECT_NE(FindPattern("X"), nullptr);
 }
 
 TEST_F(Document, ARequestMakesANamedFileAndTellsTheOthers) {
@@ -405,6 +437,25 @@ TEST_F(Document, ARequestMakesANamedFileAndTellsTheOthers) {
     EXPECT_TRUE(fs::exists("made.wdl"));
     std::string path = directory.file("made.wdl");
     EXPECT_EQ(broadcasts, (Texts{"7 2 " + path, "7 3 " + path}));
+}
+
+TEST_F(Document, ARequestThatFailsTellsTheOthersNothing) {
+    broadcasts.clear();
+    BroadcastListener = [](uint32_t, uint32_t detail, uint32_t) {
+        broadcasts.push_back(std::to_string(detail));
+    };
+    // A file that is there and cannot be read, and one that cannot be made.
+    Headless.fileAnswers = {directory.write("bad.wdl", "A = ;\nB"), directory.file("none/made.wdl")};
+    for (const char *error : {"Compilation errors in file bad.wdl", "No such file or directory"}) {
+        open();
+        Headless.userErrors.clear();
+        EXPECT_EQ(OnFileRequest(0, 0), 1);
+        ASSERT_FALSE(Headless.userErrors.empty());
+        EXPECT_TRUE(Headless.userErrors.back().ends_with(error)) << Headless.userErrors.back();
+    }
+    BroadcastListener = nullptr;
+    EXPECT_EQ(broadcasts, Texts{});
+    EXPECT_TRUE(Headless.fileAnswers.empty());
 }
 
 TEST_F(Document, ARefusedRequestMakesNoFile) {

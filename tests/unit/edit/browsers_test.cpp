@@ -1,6 +1,7 @@
 #include "edit/browsers.h"
 
 #include "config/settings.h"
+#include "display/overlay.h"
 #include "display/rows.h"
 #include "display/viewport.h"
 #include "edit/clipboard.h"
@@ -8,7 +9,9 @@
 #include "edit/show_selection.h"
 #include "editlog/edit_log.h"
 #include "editlog/replay.h"
+#include "headless/edit_dialog.h"
 #include "headless/headless.h"
+#include "headless/surface_cairo.h"
 #include "shell/commands.h"
 #include "shell/mode_gestures.h"
 #include "shell/mouse_gesture.h"
@@ -17,6 +20,7 @@
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include "store/signal_name.h"
+#include "unit/edit/drawn_picture.h"
 #include "unit/support/fresh_store.h"
 #include "wdl/compiler.h"
 #include "wdl/error_listing.h"
@@ -36,6 +40,8 @@ protected:
         InitMouseGesture();
         InitModeGestures();
         WaveView.SpanEnd = 1000;
+        WaveView.RowHeight = 20;
+        InitHeadlessSurface();
         OpenWindow();
         DisplayOpen = 1;
         DispatchCommand(COMMAND_EDIT_MODE);
@@ -62,6 +68,13 @@ protected:
     }
     // All that undo and redo have to bring back.
     static std::string state() { return StoreText() + rowText(); }
+    // What the menu has been told last.
+    static bool enabled(uint32_t id) {
+        bool on = false;
+        for (auto [command, state] : Headless.enabledCommands)
+            if (command == id) on = state;
+        return on;
+    }
     static std::string strip() { return Headless.strips.empty() ? "" : Headless.strips.back(); }
     static void show(const char *name) {
         int32_t recording = EditLog.Recording;
@@ -106,6 +119,14 @@ TEST_F(Browsers, ShowAppendsARowForEachNameInOneStep) {
     EXPECT_TRUE(WaveRows[2].highlighted());
     EXPECT_FALSE(WaveRows[1].highlighted());
     expectOneStep(before);
+}
+
+TEST_F(Browsers, WhatIsShownIsDrawnAndCanBeHidden) {
+    MakePattern("a", {{1, 5}});
+    WatchDrawing();
+    ShowPatterns(Names{"a"});
+    EXPECT_EQ(WhatWasDrawn(), "n0 - w0 +");
+    EXPECT_TRUE(enabled(COMMAND_HIDE));
 }
 
 TEST_F(Browsers, ShowOfWhatIsShownSelectsItAndRecordsNothing) {
@@ -164,6 +185,8 @@ TEST_F(Removal, RemoveIsOfferedForPatternsThatNoneUses) {
     EXPECT_FALSE(MayRemovePatterns(Names{"$used"}));
     EXPECT_FALSE(MayRemovePatterns(Names{"$used", "node"}));
     EXPECT_FALSE(MayRemovePatterns(Names{"node", "$used"}));
+    EXPECT_TRUE(MayRemovePatterns(Names{"$none", "node"}));
+    EXPECT_FALSE(MayRemovePatterns(Names{"$none", "$used"}));
 }
 
 TEST_F(Removal, OnlyAPlainPatternIsLookedAtInTheFirstPlace) {
@@ -301,9 +324,15 @@ TEST_F(Insertion, ItIsOfferedForNamedPatternsOfTheSameWidth) {
 
 TEST_F(Insertion, TheSelectionGoesOnBehindThePiece) {
     std::string before = state();
+    OpenEditDialog();
     select("w", 100, 100);
     ASSERT_EQ(EditSelection.SelKind, SEL_EDGE);
+    WatchDrawing();
     InsertPattern("$piece");
+    EXPECT_EQ(WhatWasDrawn(), "- w0 + - +");
+    EXPECT_TRUE(Overlay.overlayOn);
+    EXPECT_EQ(Overlay.cursorX, 107);
+    EXPECT_EQ(HeadlessEditDialog.title, "Selected Edge in Pattern w");
     const Pattern *pattern = PatternFromId(wave);
     ASSERT_EQ(pattern->itemCount, 3);
     EXPECT_EQ(pattern->item(1).patternId(), piece);
@@ -364,6 +393,14 @@ TEST_F(Insertion, WithoutASelectedWaveNothingIsSelectedBehindIt) {
     EXPECT_EQ(GestureState, GestureStateValue::Idle);
 }
 
+TEST_F(Insertion, APatternThatIsGoneIsNotPutAnywhere) {
+    std::string before = state();
+    select("w", 100, 100);
+    InsertPattern("$none");
+    EXPECT_EQ(state(), before);
+    EXPECT_EQ(EditSelection.SelKind, SEL_EDGE);
+}
+
 TEST_F(Insertion, APatternIsNotPutIntoItself) {
     show("$piece");
     std::string before = state();
@@ -390,7 +427,7 @@ TEST_F(Browsers, ANameIsReadByItsKind) {
     EXPECT_EQ(NewWaveName("", 0), "");
     EXPECT_EQ(NewWaveName("", PATTERN), "");
     EXPECT_EQ(NewWaveName("$$", 0), "");
-    EXPECT_EQ(NewWaveName("$", PATTERN), "$");
+    for (const char *text : {"$", "$$", "$)", " ", "]"}) EXPECT_EQ(NewWaveName(text, PATTERN), "") << text;
     EXPECT_EQ(NewWaveName(" ) ", 0), "");
     EXPECT_EQ(NewWaveName(std::string(90, 'a'), 0), std::string(80, 'a'));
     EXPECT_EQ(NewWaveName(std::string(90, 'a'), PATTERN), "$" + std::string(80, 'a'));
@@ -400,7 +437,10 @@ TEST_F(Browsers, ANameIsReadByItsKind) {
 
 TEST_F(Browsers, AddMakesANodeAndShowsItInOneStep) {
     std::string before = state();
+    WatchDrawing();
     EXPECT_TRUE(AddNewWave("A<3:0>", 2));
+    EXPECT_EQ(WhatWasDrawn(), "n0 - w0 +");
+    EXPECT_TRUE(enabled(COMMAND_HIDE));
     const Pattern *pattern = FindPattern("A[3:0]");
     ASSERT_NE(pattern, nullptr);
     EXPECT_EQ(pattern->pinType(), 2u);
@@ -411,6 +451,31 @@ TEST_F(Browsers, AddMakesANodeAndShowsItInOneStep) {
     EXPECT_TRUE(LogAtMark());
     DispatchCommand(COMMAND_UNDO);
     EXPECT_EQ(state(), before);
+}
+
+TEST_F(Browsers, APinTypeThatAddGivesIsUndoneAndRedone) {
+    std::string before = state();
+    EXPECT_TRUE(AddNewWave("Q", 1));
+    expectOneStep(before);
+    EXPECT_EQ(FindPattern("Q")->pinType(), 1u);
+    InitEditLog();
+    MakePattern("D[1:0]", {{1, 5}});
+    before = state();
+    EXPECT_TRUE(AddNewWave("D[1]", 4));
+    expectOneStep(before);
+    EXPECT_EQ(FindPattern("D[1]")->pinType(), 4u);
+}
+
+TEST_F(Browsers, AddOnANodeThatIsThereIsAChangeThatCanBeUndone) {
+    MakePattern("B", {{1, 5}});
+    show("B");
+    ValidateDurations();
+    std::string before = state();
+    EXPECT_TRUE(AddNewWave("B", 2));
+    EXPECT_NE(EditLog.rPtr, 0);
+    EXPECT_FALSE(DurationForgotten);
+    expectOneStep(before);
+    EXPECT_EQ(FindPattern("B")->pinType(), 2u);
 }
 
 TEST_F(Browsers, AddMakesAPatternOfNoPinType) {
@@ -448,7 +513,8 @@ TEST_F(Browsers, AddMakesABusOfBitsThatExist) {
 
 TEST_F(Browsers, AddOfNoNameDoesNothing) {
     for (const char *text : {"", "$", "$$", " ", ")"}) EXPECT_FALSE(AddNewWave(text, 0)) << text;
-    EXPECT_FALSE(AddNewWave("", NEW_WAVE_PATTERN));
+    for (const char *text : {"", "$", "$$", "$ ", ")"})
+        EXPECT_FALSE(AddNewWave(text, NEW_WAVE_PATTERN)) << text;
     EXPECT_EQ(state(), "");
     EXPECT_EQ(strip(), "");
     EXPECT_EQ(EditLog.rPtr, 0);
@@ -481,6 +547,15 @@ TEST_F(Browsers, AddRefusesANameThatEndsInAFileBeforeItsEnd) {
     EXPECT_EQ(strip(), "ERROR: The name $p; cannot be saved in a file");
     EXPECT_EQ(state(), "");
     EXPECT_EQ(EditLog.rPtr, 0);
+}
+
+TEST_F(Browsers, AddRefusesANameWhoseSeparatorCannotBeRead) {
+    for (char separator : {' ', '\xE4'}) {
+        Settings.HierChar = separator;
+        EXPECT_FALSE(AddNewWave("a-b", NEW_WAVE_PATTERN));
+        EXPECT_EQ(strip(), std::string("ERROR: The name $a") + separator + "b cannot be saved in a file");
+    }
+    EXPECT_EQ(state(), "");
 }
 
 // Whatever name is taken, the file that is saved has it.

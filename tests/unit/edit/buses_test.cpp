@@ -1,8 +1,9 @@
 #include "edit/buses.h"
 
 #include "config/settings.h"
-
 #include "editlog/edit_log.h"
+#include "editlog/record_reader.h"
+#include "editlog/replay.h"
 #include "headless/headless.h"
 #include "store/mutators.h"
 #include "store/pattern_store.h"
@@ -229,6 +230,209 @@ TEST_F(Buses, RecordingStaysAsItWas) {
         EXPECT_EQ(EditLog.Recording, recording);
     }
     EditLog.Recording = 1;
+}
+
+TEST_F(Buses, ABitFoundByItsNameIsFollowedToWhatItLooksAt) {
+    Node("B[1:0]");
+    Node("y");
+    Node("B[1]");
+    EXPECT_EQ(Slices("b[1],y"), "B[1:0] 1/1, y 0/1");
+    // And joins its neighbour there.
+    EXPECT_EQ(Slices("b[1],B[0]"), "B[1:0] 0/2");
+    // Should it look at nothing any more, it is the bit itself.
+    Pattern *bit = Node("B[1]");
+    DropItem(bit, 0);
+    EXPECT_EQ(Slices("b[1],y,y"), "B[1] 0/1, y 0/1, y 0/1");
+}
+
+TEST_F(Buses, FollowMembersTurnsANewBusIntoAReferenceWhereABitExists) {
+    Node("CLK");
+    Pattern *bus = Node("clk,q");
+    EXPECT_EQ(bus->kind(), PatternKind::Plain);
+    EXPECT_TRUE(FollowMembers(bus));
+    EXPECT_EQ(Node("clk,q")->kind(), PatternKind::Reference);
+    EXPECT_EQ(Slices("clk,q"), "CLK 0/1, q 0/1");
+    bus = Node("x,z");
+    EXPECT_TRUE(FollowMembers(bus));
+    EXPECT_EQ(Node("x,z")->kind(), PatternKind::Plain);
+    EXPECT_EQ(Node("x,z")->itemCount, 0);
+}
+
+// --- the log ---
+
+namespace {
+
+std::vector<LogRecord> notedRecords;
+
+int NoteRecord(std::span<const uint8_t> payload, int, int32_t, int32_t, int) {
+    LogRecord record;
+    EXPECT_TRUE(ReadRecord(payload, record));
+    notedRecords.insert(notedRecords.begin(), record);
+    return 1;
+}
+
+// What has been recorded since the log was made, first to last.
+std::string Records() {
+    auto *hook = ExecuteLogHook;
+    ExecuteLogHook = NoteRecord;
+    notedRecords.clear();
+    LogEndAction();
+    LogUndo();
+    ExecuteLogHook = hook;
+    std::string text;
+    for (const LogRecord &record : notedRecords) {
+        switch (record.kind) {
+        case RecCreatePattern:
+            text += "create " + record.name;
+            break;
+        case RecDeletePattern:
+            text += "delete " + record.name;
+            break;
+        case RecPatternParams:
+            text += "clock " + std::to_string(record.newParams.clock) + " pin " +
+                    std::to_string(record.newParams.pinType);
+            break;
+        case RecInsertReference:
+            text += "refer " + std::to_string(record.patternId) + " at " + std::to_string(record.item) +
+                    " kind " + std::to_string(record.ownerKind);
+            break;
+        default:
+            text += "kind " + std::to_string(record.kind);
+        }
+        text += "; ";
+    }
+    return text;
+}
+
+class BusRecords : public Buses {
+protected:
+    void SetUp() override {
+        Buses::SetUp();
+        InitEditLog();
+        Settings.AutoClockAssign = true;
+    }
+    void TearDown() override {
+        InitEditLog();
+        Buses::TearDown();
+    }
+};
+
+} // namespace
+
+TEST_F(BusRecords, ANodeIsMadeAndThenGetsItsPinType) {
+    Node("a", IN);
+    EXPECT_EQ(Records(), "create a; clock 1 pin 1; ");
+    InitEditLog();
+    Node("D[3:0]", OUT);
+    EXPECT_EQ(Records(), "create D[3:0]; clock 1 pin 2; ");
+    InitEditLog();
+    Node("b");
+    EXPECT_EQ(Records(), "create b; ");
+}
+
+TEST_F(BusRecords, ABitLosesItsClockThenLooksAtItsBusThenGetsItsPinType) {
+    uint16_t bus = Node("D[3:0]")->id;
+    InitEditLog();
+    Node("D[2]", OUT);
+    EXPECT_EQ(Records(),
+              "create D[2]; clock 0 pin 0; refer " + std::to_string(bus) + " at 0 kind 2; clock 0 pin 2; ");
+    Settings.AutoClockAssign = false;
+    InitEditLog();
+    Node("D[1]");
+    EXPECT_EQ(Records(), "create D[1]; refer " + std::to_string(bus) + " at 0 kind 2; ");
+}
+
+TEST_F(BusRecords, ABusOfBitsHasNoPinTypeOfItsOwnAndOneRecordOfItsSlices) {
+    uint16_t a = Node("a")->id;
+    InitEditLog();
+    EXPECT_EQ(Node("a,b", IN)->pinType(), 0u);
+    EXPECT_EQ(Node("b")->pinType(), IN);
+    EXPECT_EQ(Records(), "create a,b; clock 0 pin 0; refer " + std::to_string(a) + " at 2 kind 2; ");
+}
+
+TEST_F(BusRecords, ThePinTypeOfANodeThatIsThereIsRecorded) {
+    Node("a");
+    InitEditLog();
+    EXPECT_EQ(Node("A", OUT)->pinType(), OUT);
+    EXPECT_EQ(Records(), "clock 1 pin 2; ");
+    InitEditLog();
+    Node("a", OUT);
+    Node("a", 0);
+    EXPECT_EQ(Records(), "");
+}
+
+// --- no room ---
+
+namespace {
+
+// Memory runs out when the heap is to grow.
+void *NoMemory(void *, size_t) {
+    return nullptr;
+}
+
+} // namespace
+
+TEST_F(BusRecords, WithoutRoomNothingIsMadeHoweverFarItHasCome) {
+    uint32_t made = 0, refused = 0;
+    // With a long name a record begins without room for an item.
+    const std::string longBus(60, 'q');
+    for (const std::string &name : {std::string("a,b,c"), std::string("D[1]"), std::string("e"),
+                                    std::string("f[3:0]"), std::string("a,D[1]"), longBus + "[1]"}) {
+        // So much is left in the heap.
+        for (uint32_t left = 0; left < 700; left += 4) {
+            PatternStoreFree();
+            ASSERT_EQ(PatternStoreInit(), 1);
+            Settings.AutoClockAssign = true;
+            EditLog.Recording = 0;
+            Node("a");
+            Node(longBus + "[1:0]");
+            Node("D[1:0]");
+            // A record as long as its name makes it, up to the place.
+            uint32_t top = static_cast<uint32_t>(HeapTop) + FindPattern("D[1:0]")->used();
+            uint32_t rest = static_cast<uint32_t>(HeapSize) - left - top - 36;
+            ASSERT_NE(CreatePattern(0, ("$" + std::string(rest - 2, 'x')).c_str(), 0), nullptr);
+            EditLog.Recording = 1;
+            InitEditLog();
+            std::string before = StoreText();
+            ResizeBlock = NoMemory;
+            const Pattern *node = Node(name, IN);
+            ResizeBlock = realloc;
+            ASSERT_EQ(HeapFault(), "") << name << " " << left;
+            ASSERT_EQ(EditLog.Recording, 1);
+            node ? ++made : ++refused;
+            if (node) continue;
+            ASSERT_EQ(StoreText(), before) << name << " " << left;
+            // And the log agrees.
+            LogEndAction();
+            LogUndo();
+            ASSERT_EQ(StoreText(), before) << name << " " << left;
+            LogRedo();
+            ASSERT_EQ(StoreText(), before) << name << " " << left;
+        }
+    }
+    EXPECT_GT(made, 100u);
+    EXPECT_GT(refused, 100u);
+}
+
+TEST_F(Buses, ABitMadeForABusBearsTheNameThatAFileGivesIt) {
+    MakePattern("x");
+    ASSERT_NE(Node("x,'D"), nullptr);
+    EXPECT_EQ(FindPattern("'D"), nullptr);
+    ASSERT_NE(FindPattern("_D"), nullptr);
+    // The next bus of the same members finds it.
+    uint16_t highest = HighestPatternId;
+    const Pattern *second = Node("'D,x,'D");
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(HighestPatternId, highest + 1);
+    EXPECT_EQ(second->item(0).patternId(), FindPattern("_D")->id);
+}
+
+// No second bit of that name is made beside it, which a file could not tell from the first.
+TEST_F(Buses, AMemberBehindAMarkIsTheBitThatABusHasUnderItsOwnName) {
+    MakePattern("x");
+    MakePattern("_c,d", {}, 2);
+    EXPECT_EQ(Slices("x,'c"), "x 0/1, _c,d 1/1");
+    EXPECT_EQ(FindPattern("_c"), nullptr);
 }
 
 TEST_F(Buses, AFullTableLeavesNothingBehind) {

@@ -2,6 +2,7 @@
 #include "headless/headless.h"
 #include "platform/files_native.h"
 #include "unit/edit/clipboard_fixture.h"
+#include <fcntl.h>
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -17,6 +18,27 @@ TEST_F(ClipboardFile, AnEmptyCutLeavesTheClipboardAlone) {
     EXPECT_EQ(ClipName[0], '\0');
 }
 
+TEST_F(ClipboardFile, ACutThatWroteNoRecordLeavesTheClipboardAloneBehindAnUndo) {
+    uint16_t a = MakePattern("A", ITEMS);
+    select(a, 15, 15);
+    copy();
+    std::string file = clipFile();
+    // Behind the position lies what can be redone.
+    SetItemValue(PatternFromId(a), 0, 5);
+    LogEndAction();
+    LogUndo();
+    uint16_t empty = MakePattern("EMPTY");
+    for (int i = 0; i < 2; i++) {
+        SelectRange(PatternFromId(empty), 0, 0, 0, 0);
+        EditSelection.SelKind = SEL_WHOLE;
+        i == 0 ? cut() : copy();
+        EXPECT_EQ(clipFile(), file);
+        EXPECT_EQ(HeadlessClipboard.offered.size(), 1U);
+    }
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(PatternFromId(a)->item(0).value(), 5U);
+}
+
 // --- the file -------------------------------------------------------------------------------------
 
 TEST_F(ClipboardFile, TheFileHoldsTheRecordsOfTheCutAndNoMark) {
@@ -27,9 +49,12 @@ TEST_F(ClipboardFile, TheFileHoldsTheRecordsOfTheCutAndNoMark) {
     select(a, 15, 35);
     ASSERT_EQ(EditSelection.SelKind, SEL_SPAN);
     copy();
+    std::string copied = clipFile();
+    cut();
     std::string log = ReadWholeFile(EditLog.LogFileName);
     std::string file = clipFile();
     EXPECT_EQ(file, log.substr(start, file.size()));
+    EXPECT_EQ(file.size(), copied.size());
     // An insertion and a duration for each of the two splits, and two deletions: 24 bytes each.
     EXPECT_EQ(file.size(), 6 * 24U);
     EXPECT_EQ(HeadlessClipboard.offered, std::vector<uint32_t>{ClipFormat});
@@ -37,6 +62,25 @@ TEST_F(ClipboardFile, TheFileHoldsTheRecordsOfTheCutAndNoMark) {
     EXPECT_EQ(ClipHandle, NO_FILE);
     EXPECT_NE(std::string(ClipName).find("/cli"), std::string::npos);
     EXPECT_EQ(fs::status(ClipName).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(ClipboardFile, AFileThatDoesNotGiveItsBytesBackIsTold) {
+    uint16_t a = MakePattern("A", ITEMS);
+    select(a, 15, 15);
+    copy();
+    ClipFormat = 77;
+    std::string before = StoreText();
+    // The handle only writes.
+    ClipHandle = open(ClipName, O_WRONLY);
+    RenderClipFormat(77);
+    EXPECT_EQ(Headless.userErrors, Texts{std::string("Failed to read clipboard file ") + ClipName});
+    EXPECT_TRUE(HeadlessClipboard.given.empty());
+    EXPECT_EQ(ClipHandle, NO_FILE);
+    ClipHandle = open(ClipName, O_WRONLY);
+    click(a, 10);
+    paste();
+    EXPECT_EQ(Headless.userErrors.back(), std::string("Failed to read auxiliary log file ") + ClipName);
+    EXPECT_EQ(StoreText(), before);
 }
 
 TEST_F(ClipboardFile, AProgramBeginsWithoutOne) {

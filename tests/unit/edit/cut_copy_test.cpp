@@ -2,6 +2,7 @@
 #include "display/overlay.h"
 #include "display/wave_view.h"
 #include "edit/show_selection.h"
+#include "editlog/replay.h"
 #include "headless/headless.h"
 #include "unit/edit/clipboard_fixture.h"
 #include <filesystem>
@@ -203,15 +204,34 @@ TEST_F(CutCopy, ASelectionThatDoesNotFitItsPatternAnyMoreTakesNothing) {
     }
 }
 
+TEST_F(CutCopy, WhereTheRowIsGoneTheSelectionIsCutAllTheSame) {
+    uint16_t inner = MakePattern("$inner", {{1, 3}, {0, 4}, {1, 5}});
+    uint16_t a = MakePattern("A");
+    AddReference(a, {.id = inner});
+    AddTransition(a, 0, 10);
+    ValidateDurations();
+    SelectRange(PatternFromId(a), 5, 5, 1, 0);
+    ASSERT_EQ(DeepestFrame().patternId, inner);
+    PatternRelease(PatternFromId(a));
+    cut();
+    EXPECT_EQ(items(inner), "1:3 1:5");
+    EXPECT_EQ(EditSelection.SelKind, SEL_NONE);
+}
+
 TEST_F(CutCopy, ThePictureAndWhatLiesOverItFollow) {
     uint16_t a = MakePattern("A", ITEMS);
     WaveView.CursorTime = 50;
     DrawOverlay(true);
     ASSERT_EQ(Overlay.cursorX, 50);
     select(a, 15, 15);
+    static bool wasOn;
+    wasOn = true;
+    ExtendSpanHook = [](TimeVal) { wasOn = Overlay.overlayOn; };
     cut();
+    ExtendSpanHook = nullptr;
+    EXPECT_FALSE(wasOn) << "when the axis may become longer";
     EXPECT_TRUE(Overlay.overlayOn);
-    EXPECT_EQ(Overlay.cursorX, 10) << "taken off before the cursor moved";
+    EXPECT_EQ(Overlay.cursorX, 10);
     EXPECT_FALSE(PatternFromId(a)->changed()) << "drawn";
     // A copy leaves both alone.
     select(a, 0, 40);
@@ -279,24 +299,48 @@ TEST_F(CutCopy, ACopyThatFillsManyBlocksOfTheLogComesBackWhole) {
     EXPECT_EQ(items(b), items(a));
 }
 
-TEST_F(CutCopy, ACopyRemovesNothingWhateverTheDiskDoes) {
+TEST_F(CutCopy, ACopyNeedsNoLogFile) {
     uint16_t a = MakePattern("A", ITEMS);
     select(a, 15, 15);
     std::string before = StoreText();
-    // No log file at all: what a flush drops is gone.
-    EditLog.LogFileName[0] = '\0';
+    for (bool named : {false, true}) {
+        // None at all, and one that cannot be opened any more.
+        EditLog.LogFileName[0] = '\0';
+        if (named)
+            snprintf(EditLog.LogFileName, sizeof EditLog.LogFileName, "%s", scratch.file("gone/log").c_str());
+        DropClipFile();
+        copy();
+        EXPECT_EQ(StoreText(), before);
+        EXPECT_EQ(EditLog.rPtr, 0);
+        EXPECT_EQ(clipFile().size(), 24U);
+    }
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+TEST_F(CutCopy, ACopyLeavesWhatCanBeRedone) {
+    uint16_t a = MakePattern("A", ITEMS);
+    for (uint32_t value : {5u, 6u, 7u}) {
+        SetItemValue(PatternFromId(a), 0, value);
+        LogEndAction();
+    }
+    LogUndo();
+    LogUndo();
+    FinishReplay();
+    std::string before = StoreText();
+    int32_t position = EditLog.rPtr, end = EditLog.rEofPtr;
+    select(a, 15, 15);
     copy();
     EXPECT_EQ(StoreText(), before);
-    EXPECT_EQ(EditLog.rPtr, 0);
-    EXPECT_EQ(LogAtMark(), 1);
-    EXPECT_EQ(ClipName[0], '\0');
-    // One that cannot be opened any more.
-    snprintf(EditLog.LogFileName, sizeof EditLog.LogFileName, "%s", scratch.file("gone/log").c_str());
-    copy();
-    EXPECT_EQ(StoreText(), before);
-    EXPECT_EQ(EditLog.rPtr, 0);
+    EXPECT_EQ(EditLog.rPtr, position);
+    EXPECT_EQ(EditLog.rEofPtr, end);
+    // The log has been brought to its file as it stands, and nothing of the copy.
+    EXPECT_EQ(EditLog.Dirty, 0);
+    EXPECT_EQ(ReadWholeFile(EditLog.LogFileName).size(), static_cast<size_t>(end));
+    EXPECT_EQ(clipFile().size(), 24U);
+    EXPECT_TRUE(LogRedo() && LogRedo());
+    EXPECT_EQ(PatternFromId(a)->item(0).value(), 7U);
+    EXPECT_TRUE(LogUndo() && LogUndo() && LogUndo());
     EXPECT_EQ(items(a), "1:10 0:20 1:30");
-    EXPECT_FALSE(Headless.userErrors.empty());
 }
 
 TEST_F(CutCopy, WithoutALogFileACopyKeepsWhatIsBehindItUsable) {

@@ -334,6 +334,21 @@ TEST_F(Drag, AnItemNeverGrowsBeyondItsField) {
     EXPECT_EQ(PatternFromId(c)->item(1).duration(), 100u);
 }
 
+TEST_F(Drag, WhereThePatternIsGoneNothingIsDragged) {
+    uint16_t inner = MakePattern("$I", {{0, 10}, {1, 30}});
+    uint16_t a = MakePattern("A");
+    AddReference(a, {inner});
+    AddTransition(a, 1, 10);
+    show(a);
+    begin(a, 25, 30);
+    ASSERT_EQ(DeepestFrame().patternId, inner);
+    PatternRelease(PatternFromId(inner));
+    std::string before = StoreText();
+    EXPECT_EQ(beginHere(30), "none");
+    apply(35);
+    EXPECT_EQ(StoreText(), before);
+}
+
 TEST_F(Drag, NothingHappensWithoutASelection) {
     uint16_t a = threeLevels();
     std::string before = StoreText();

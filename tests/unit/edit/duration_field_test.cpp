@@ -52,13 +52,30 @@ TEST_F(DurationField, EnterInDurationOnTheLastItemStaysOnIt) {
 }
 
 TEST_F(DurationField, ADurationIsAtLeastOneUnit) {
-    for (const char *typed : {"0", "", "none"}) {
+    for (const char *typed : {"0", "0 ns", "-0"}) {
         bit();
         select(a, 15, 15);
         leave(EDIT_DURATION, typed);
         EXPECT_EQ(items(a), "1:10 0:1 1:30") << typed;
         EXPECT_TRUE(undoGives(before));
     }
+}
+
+TEST_F(DurationField, ATextWithoutADigitIsNoEntry) {
+    bit();
+    for (const char *typed : {"", "  ", " \t ", "none", "-", "ns", "."}) {
+        for (bool byEnter : {false, true}) {
+            select(a, 15, 15);
+            std::string shown = text(EDIT_DURATION), selected = frame();
+            byEnter ? enter(EDIT_DURATION, typed) : leave(EDIT_DURATION, typed);
+            EXPECT_EQ(text(EDIT_DURATION), shown) << typed;
+            EXPECT_EQ(frame(), selected) << "and Enter does not walk on";
+            EXPECT_EQ(HeadlessEditDialog.focus, byEnter ? EDIT_DURATION : 0);
+            EXPECT_FALSE(EditDialog.FieldDirty);
+        }
+    }
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(EditLog.rPtr, 0);
 }
 
 TEST_F(DurationField, ADurationIsRoundedToUnitsHalvesUp) {

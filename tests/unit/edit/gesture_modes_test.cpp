@@ -10,6 +10,7 @@
 #include "shell/tracking.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
+#include "unit/edit/drawn_picture.h"
 #include "unit/edit/gesture_fixture.h"
 
 // --- Query mode -----------------------------------------------------------------------------------
@@ -26,7 +27,10 @@ TEST_F(EditGestures, QueryModeEditsNothing) {
     EXPECT_EQ(CommandState.CursorMode, CURSOR_QUERY | CURSOR_TRACK);
     // The press alone does not move the cursor.
     EXPECT_STREQ(PromptText, "Time = 150 ps");
+    WatchDrawing();
     move(160, 1);
+    EXPECT_EQ(Overlay.cursorX, 160);
+    EXPECT_EQ(WhatWasDrawn(), "- + n0 n1") << "the cursor moves, and no wave is drawn";
     EXPECT_EQ(rows(), "AB*");
     EXPECT_STREQ(PromptText, "Time = 160 ps");
     release(160, 1);

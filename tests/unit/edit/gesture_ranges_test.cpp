@@ -6,6 +6,7 @@
 #include "shell/tracking.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
+#include "unit/edit/drawn_picture.h"
 #include "unit/edit/gesture_fixture.h"
 
 // --- clicks and ranges ----------------------------------------------------------------------------
@@ -54,10 +55,13 @@ TEST_F(EditGestures, APressShowsItsOwnTextUntilTheMouseMoves) {
     EXPECT_STREQ(PromptText, "empty line");
     EXPECT_EQ(state(), "2 kind 0 120-120 cursor 120");
     EXPECT_EQ(CommandState.CursorMode, CURSOR_SELECT | CURSOR_TRACK);
+    WatchDrawing();
     move(160);
     EXPECT_STREQ(PromptText, "Select from 120 to 160 ps");
+    EXPECT_EQ(Overlay.frameX1, 160) << "the frame follows";
     move(160, 3);
     EXPECT_STREQ(PromptText, "Select from 120 to 160 ps");
+    EXPECT_EQ(WhatWasDrawn(), "- +") << "once, and without a wave";
     move(200);
     EXPECT_STREQ(PromptText, "Select from 120 to 200 ps");
     move(90);

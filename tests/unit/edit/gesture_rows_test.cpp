@@ -1,7 +1,7 @@
-#include "display/renderer.h"
 #include "display/rows.h"
 #include "display/viewport.h"
 #include "shell/command_state.h"
+#include "unit/edit/drawn_picture.h"
 #include "unit/edit/gesture_fixture.h"
 
 TEST_F(EditGestures, ARangeOfRowsGrowsAndShrinksWithTheMouse) {
@@ -34,10 +34,10 @@ TEST_F(EditGestures, SelectedRowsMoveWithTheMouse) {
     EXPECT_EQ(GestureState, State::RowMove);
     EXPECT_EQ(WaveView.SelectRow, 1u) << "in order now";
     EXPECT_EQ(WaveView.SelectRowLast, 3u);
-    uint32_t drawn = RowsDrawn;
+    WatchDrawing();
     moveName(3);
     EXPECT_EQ(rows(), "AEB*C*D*");
-    EXPECT_EQ(RowsDrawn - drawn, 4u) << "the three and the one that they have passed";
+    EXPECT_EQ(WhatWasDrawn(), "- n1 w1 n2 w2 n3 w3 n4 w4 +") << "the three and the one that they have passed";
     moveName(9);
     EXPECT_EQ(rows(), "AEB*C*D*");
     moveName(2);

@@ -96,7 +96,12 @@ TEST_F(PasteInto, ThePictureAndWhatLiesOverItFollow) {
     DrawOverlay(true);
     WaveView.SelectActive = true;
     click(a, 10);
+    static bool wasOn;
+    wasOn = true;
+    ExtendSpanHook = [](TimeVal) { wasOn = Overlay.overlayOn; };
     paste();
+    ExtendSpanHook = nullptr;
+    EXPECT_FALSE(wasOn) << "when the axis may become longer";
     EXPECT_TRUE(Overlay.overlayOn);
     EXPECT_FALSE(PatternFromId(a)->changed()) << "drawn";
     EXPECT_FALSE(WaveView.SelectActive);
@@ -107,18 +112,68 @@ TEST_F(PasteInto, ThePictureAndWhatLiesOverItFollow) {
     EXPECT_TRUE(Overlay.overlayOn) << "after a message, too";
 }
 
-TEST_F(PasteInto, AsMuchIsPastedAsThereIsRoomFor) {
+TEST_F(PasteInto, WithoutRoomNothingIsPastedAndWhatItWasToReplaceStays) {
     uint16_t source = MakePattern("S2", {{7, 1}, {5, 6}, {8, 6}, {7, 1}});
     ASSERT_EQ(select(source, 1, 13), SEL_SPAN);
     copy();
     // Room for one item more.
+    uint16_t sub = MakePattern("$sub", {{1, 3}});
     uint16_t full = MakePattern("FULL");
     uint32_t room = (MAX_RECORD_SIZE - PatternFromId(full)->used()) / sizeof(PatternItem);
     for (uint32_t i = 0; i + 1 < room; i++) AddTransition(full, i == 1 ? 5 : i & 1, 10);
+    before = StoreText();
     ASSERT_EQ(click(full, 10), SEL_EDGE);
-    paste();
-    EXPECT_EQ(items(full).substr(0, 15), "0:10 5:16 0:10 ") << "joined at the seam behind what was pasted";
+    EXPECT_EQ(paste(), 0);
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(EditSelection.SelKind, SEL_NONE);
+    EXPECT_EQ(Headless.userErrors, Texts{"Pattern has too many items"});
     EXPECT_EQ(Headless.programErrors, Texts{}) << "the record is not to blame";
+    EXPECT_EQ(EditLog.rPtr, 0);
+    // In the place of something: the pulse goes, and comes back.
+    AddTransition(full, 1, 10);
+    before = StoreText();
+    select(full, 15, 15);
+    ASSERT_EQ(EditSelection.SelKind, SEL_PULSE);
+    EXPECT_EQ(paste(), 0);
+    EXPECT_EQ(StoreText(), before);
+    // A span that would have to be cut.
+    ASSERT_EQ(select(full, 15, 28), SEL_SPAN);
+    EXPECT_EQ(paste(), 0);
+    EXPECT_EQ(StoreText(), before);
+    // A reference to a pattern.
+    ASSERT_EQ(click(full, 10), SEL_EDGE);
+    EXPECT_EQ(PasteAtSelection(sub), 0);
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(EditLog.rPtr, 0);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+TEST_F(PasteInto, WithoutAnIdForANestedPatternNothingIsPasted) {
+    uint16_t inner = MakePattern("", {{1, 3}, {0, 4}});
+    uint16_t source = MakePattern("S2", {{1, 5}});
+    AddReference(source, {.id = inner, .repeat = 2});
+    ASSERT_EQ(select(source, 0, 19), SEL_WHOLE);
+    copy();
+    while (HighestPatternId < MAX_PATTERNS - 1) MakePattern("");
+    before = StoreText();
+    select(a, 15, 15);
+    EXPECT_EQ(paste(), 0);
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(Headless.userErrors, Texts{"Exceeding maximum number of patterns"});
+}
+
+TEST_F(PasteInto, ANestOf32Bits) {
+    uint16_t inner = MakePattern("", {{0xDEADBEEF, 3}, {1, 4}}, 32);
+    uint16_t source = MakePattern("S2[31:0]", {{1, 5}});
+    AddReference(source, {.id = inner, .repeat = 2});
+    ASSERT_EQ(select(source, 5, 19), SEL_PATTERN);
+    copy();
+    uint16_t target = MakePattern("T[31:0]", {{1, 5}});
+    ASSERT_EQ(click(target, 5), SEL_EDGE);
+    EXPECT_EQ(paste(), 1);
+    uint16_t copied = PatternFromId(target)->item(1).patternId();
+    EXPECT_EQ(items(copied), "3735928559:3 1:4");
+    EXPECT_EQ(PatternFromId(copied)->width, 32);
 }
 
 TEST_F(PasteInto, AWholePatternIsReplaced) {
@@ -244,6 +299,14 @@ TEST_F(PasteInto, AReferenceBehindTheEndGoesToTheEnd) {
     EXPECT_EQ(items(a), "1:10 0:20 1:30 [" + std::to_string(sub) + " *1 #1]");
 }
 
+TEST_F(PasteInto, AReferenceToNothingBesideIsNoReasonToRefuse) {
+    uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
+    AddReference(a, {.id = 3000});
+    click(a, 10);
+    EXPECT_EQ(PasteAtSelection(sub), 1);
+    EXPECT_EQ(items(a), "1:10 [" + std::to_string(sub) + " *1 #1] 0:20 1:30 [3000 *1 #1]");
+}
+
 TEST_F(PasteInto, AReferenceOfAnotherWidthIsRefused) {
     uint16_t sub = MakePattern("$s", {{1, 3}}, 4);
     PatternFromId(sub)->width = 4;
@@ -305,6 +368,36 @@ uint16_t Chain(int patterns) {
         id = next;
     }
     return id;
+}
+
+TEST_F(PasteInto, ANestOfUnnamedPatternsOf20LevelsAndMoreIsTakenBack) {
+    for (int levels : {18, 19, 20, 21, 40}) {
+        uint16_t nest = MakePattern("", {{1, 3}, {0, 4}});
+        for (int level = 1; level < levels; level++) {
+            uint16_t outer = MakePattern("", {{1, 1}});
+            AddReference(outer, {.id = nest});
+            nest = outer;
+        }
+        uint16_t source = MakePattern("S2", {{1, 5}});
+        AddReference(source, {.id = nest, .repeat = 2});
+        select(source, 5, TIME_FOREVER);
+        ASSERT_EQ(EditSelection.SelKind, SEL_PATTERN);
+        copy();
+        std::string expected = items(a);
+        before = StoreText();
+        size_t strips = Headless.strips.size();
+        ASSERT_EQ(select(a, 0, TIME_FOREVER), SEL_WHOLE);
+        bool fits = levels < 19;
+        EXPECT_EQ(paste(), fits) << levels;
+        EXPECT_EQ(Headless.strips.size(), strips + !fits);
+        if (fits)
+            EXPECT_TRUE(undoGives(before));
+        else
+            EXPECT_EQ(items(a), expected) << levels;
+        EXPECT_EQ(StoreText(), before);
+        EXPECT_EQ(HeapFault(), "");
+        EXPECT_EQ(Headless.programErrors, Texts{});
+    }
 }
 
 TEST_F(PasteInto, ANestOf20LevelsIsRefused) {

@@ -2,11 +2,14 @@
 
 #include "config/settings.h"
 #include "editlog/edit_log.h"
+#include "editlog/log_records.h"
+#include "editlog/record_reader.h"
 #include "headless/headless.h"
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include "unit/support/fresh_store.h"
+#include <cstdlib>
 
 namespace {
 
@@ -155,19 +158,209 @@ TEST_F(RangeEdits, AForeverItemInAPatternWithADelayTakesNoMoreThanTheStretch) {
     EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 5}}));
 }
 
-TEST_F(RangeEdits, AnyStretchOfAnEndlessPatternReachesToItsEnd) {
-    for (bool valid : {true, false}) {
-        uint16_t sub = MakePattern("$s", {{1, 5}});
+class EndlessPattern : public RangeEdits {
+protected:
+    // Three items of ten, and a part of five without end behind them. `valid` tells if its length is known.
+    uint16_t threeTensAndTail(bool valid = true) {
+        part = MakePattern("$s", {{1, 5}});
         uint16_t id = MakePattern("a", threeTens);
-        AddReference(id, {.id = sub, .repeat = 65535});
+        AddReference(id, {.id = part, .repeat = REPEAT_FOREVER});
         Pattern *a = pattern(id);
         if (!valid) {
             a->duration = 0;
             a->setDurationValid(false);
         }
-        DeleteRange(a, 5, 15);
+        return id;
+    }
+    // The tail as one of the items.
+    std::pair<uint32_t, uint32_t> tail() const { return {part, 5 * 65535}; }
+    uint16_t part = 0;
+};
+
+TEST_F(EndlessPattern, AStretchThatEndsBeforeTheTailMovesItEarlier) {
+    for (bool valid : {true, false}) {
+        uint16_t id = threeTensAndTail(valid);
+        DeleteRange(PatternFromId(id), 5, 15);
+        EXPECT_EQ(items(id), (Transitions{{1, 5}, {0, 5}, {1, 10}, tail()})) << valid;
+        // Up to where the tail begins.
+        DeleteRange(pattern(id), 10, 20);
+        EXPECT_EQ(items(id), (Transitions{{1, 5}, {0, 5}, tail()})) << valid;
+        EXPECT_EQ(PatternDuration(pattern(id)), TIME_FOREVER);
+    }
+}
+
+TEST_F(EndlessPattern, AStretchThatReachesIntoTheTailTakesItWhole) {
+    for (bool valid : {true, false}) {
+        uint16_t id = threeTensAndTail(valid);
+        DeleteRange(PatternFromId(id), 5, 31);
         EXPECT_EQ(items(id), (Transitions{{1, 5}})) << valid;
     }
+}
+
+TEST_F(EndlessPattern, ATailOfNoLengthIsReachedIntoBehindItsStartAlone) {
+    uint16_t nothing = MakePattern("$n");
+    for (auto [to, left] : {std::pair{10u, 2}, {11u, 1}, {TIME_FOREVER, 1}}) {
+        uint16_t id = MakePattern("a", {{1, 10}});
+        AddReference(id, {.id = nothing, .repeat = REPEAT_FOREVER});
+        DeleteRange(pattern(id), 5, to);
+        EXPECT_EQ(PatternFromId(id)->itemCount, left) << to;
+        EXPECT_EQ(PatternFromId(id)->item(0).duration(), 5U);
+    }
+}
+
+TEST_F(EndlessPattern, ALevelInItsMidstLeavesTheTail) {
+    uint16_t id = threeTensAndTail();
+    ReplaceRange(pattern(id), 5, 25, 1, 3);
+    EXPECT_EQ(items(id), (Transitions{{1, 5}, {3, 20}, {1, 5}, tail()}));
+    ReplaceRange(pattern(id), 5, 40, 1, 2);
+    EXPECT_EQ(items(id), (Transitions{{1, 5}, {2, 35}}));
+}
+
+// --- room -------------------------------------------------------------------------------------------
+
+TEST_F(RangeEdits, ACutIsTheShorterLengthAndThenTheNewItem) {
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 10}});
+    DeleteRange(pattern(id), 4, 7);
+    const uint16_t kinds[] = {RecItemDuration, RecInsertTransition, RecItemDuration, RecInsertTransition,
+                              RecDeleteTransition};
+    int32_t at = 0;
+    for (uint16_t kind : kinds) {
+        LogRecord record;
+        auto length = static_cast<int32_t>(LogWordAt(EditLog.Buffer + at));
+        ASSERT_TRUE(ReadRecord({EditLog.Buffer + at + 4, static_cast<size_t>(length - ENTRY_FRAME)}, record));
+        EXPECT_EQ(record.kind, kind) << at;
+        at += length;
+    }
+    EXPECT_EQ(at, EditLog.rPtr);
+}
+
+// An edit of a pattern of ten items with room for no more or for one; nothing changes and nothing is
+// recorded.
+class WithoutRoom : public RangeEdits {
+protected:
+    // Items of ten, as many as a record holds but for `free`.
+    static uint16_t full(uint32_t free) {
+        uint16_t id = MakePattern("a", {{1, 10}});
+        EditLog.Recording = 0;
+        while (PatternFromId(id)->used() + (1 + free) * sizeof(PatternItem) <= MAX_RECORD_SIZE)
+            InsertTransition(PatternFromId(id), PatternFromId(id)->itemCount, 0, 10);
+        EditLog.Recording = 1;
+        ValidateDurations();
+        return id;
+    }
+    template <class Edit>
+    static void changesNothing(Edit edit) {
+        std::string before = StoreText();
+        size_t told = Headless.userErrors.size() + Headless.programErrors.size();
+        edit();
+        EXPECT_EQ(StoreText(), before);
+        EXPECT_FALSE(logged());
+        EXPECT_GT(Headless.userErrors.size() + Headless.programErrors.size(), told);
+    }
+};
+
+TEST_F(WithoutRoom, ARangeInOneItemIsNotCut) {
+    for (uint32_t free : {0, 1}) {
+        uint16_t id = full(free);
+        changesNothing([&] { EXPECT_EQ(DeleteRange(pattern(id), 12, 18), nullptr); });
+        changesNothing([&] { ReplaceRange(pattern(id), 12, 18, 2, 5); });
+        changesNothing([&] { SplitItem(pattern(id), 1, 2, 3, 0); });
+        changesNothing([&] { SplitItem(pattern(id), 1, 2, 3, 1); });
+    }
+}
+
+TEST_F(WithoutRoom, NorAtOneEnd) {
+    uint16_t id = full(0);
+    changesNothing([&] { DeleteRange(pattern(id), 12, 20); });
+    changesNothing([&] { DeleteRange(pattern(id), 10, 18); });
+    changesNothing([&] { DeleteRange(pattern(id), 5, 88); });
+    changesNothing([&] { ReplaceRange(pattern(id), 10, 18, 1, 5); });
+    changesNothing([&] { ExtendPattern(pattern(id), 10, 10); });
+    changesNothing([&] { MoveEdge(pattern(id), pattern(id), 0, 0, 0, 3, 1, 0); });
+}
+
+TEST_F(WithoutRoom, NorBesideAReference) {
+    uint16_t sub = MakePattern("$s", {{1, 10}});
+    uint16_t id = full(1);
+    AddReference(id, {.id = sub});
+    auto last = static_cast<uint16_t>(PatternFromId(id)->itemCount - 2);
+    TimeVal end = pattern(id)->duration - 10;
+    changesNothing([&] { MoveEdge(pattern(id), pattern(id), last, 1, end, end - 3, 1, 0); });
+    // Nothing of a reference is cut away that would give room.
+    changesNothing([&] { ReplaceRange(pattern(id), end + 2, end + 5, last, 5); });
+}
+
+TEST_F(WithoutRoom, WhereTheRecordEndsAtABlockTheSecondCutMovesIt) {
+    // The record ends an item's size in front of the block's end, and there is a free block behind it.
+    StoreCopy small = CopyStore();
+    for (int i = 0; i < 2; i++) full(0);
+    ASSERT_GE(HeapSize, static_cast<int32_t>(2 * HEAP_BLOCK));
+    RestoreStore(small);
+    MakePattern("other", threeTens);
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 10}});
+    while (PatternTable[id] + PatternFromId(id)->used() < HEAP_BLOCK - 8) AddTransition(id, 1, 10);
+    ASSERT_EQ(PatternTable[id] + PatternFromId(id)->used(), HEAP_BLOCK - 8);
+    ASSERT_EQ(TopPatternId, id);
+    uint16_t count = PatternFromId(id)->itemCount;
+    auto *resize = ResizeBlock;
+    ResizeBlock = [](void *, size_t) -> void * { return nullptr; };
+    EXPECT_NE(DeleteRange(pattern(id), 2, 7), nullptr);
+    ResizeBlock = resize;
+    EXPECT_EQ(PatternFromId(id)->itemCount, count + 1);
+    EXPECT_EQ(PatternFromId(id)->item(0).duration(), 2U);
+    EXPECT_EQ(PatternFromId(id)->item(1).duration(), 3U);
+    EXPECT_TRUE(Headless.programErrors.empty());
+}
+
+TEST_F(WithoutRoom, WhatNeedsNoneIsDone) {
+    uint16_t id = full(0);
+    uint16_t count = PatternFromId(id)->itemCount;
+    // Whole items, and one in their place.
+    ReplaceRange(pattern(id), 10, 30, 1, 7);
+    EXPECT_EQ(PatternFromId(id)->itemCount, count - 1);
+    EXPECT_EQ(PatternFromId(id)->item(1).duration(), 20U);
+    id = full(0);
+    DeleteRange(pattern(id), 15, 30);
+    EXPECT_EQ(PatternFromId(id)->itemCount, count - 1);
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+TEST_F(WithoutRoom, ASplitInTheSlackOfARecordLeavesItsNeighbourAlone) {
+    // The record is closed, with what a deleted item has left.
+    for (int slack : {0, 1, 2}) {
+        uint16_t id = MakePattern("a", threeTens);
+        for (int i = 0; i < slack; i++) AddTransition(id, 0, 10);
+        uint16_t neighbour = MakePattern("b", threeTens);
+        for (int i = 0; i < slack; i++) DeleteItem(PatternFromId(id), 3);
+        SplitItem(pattern(id), 1, 2, 3, 0);
+        EXPECT_EQ(items(id), (Transitions{{1, 10}, {0, 2}, {1, 3}, {0, 5}, {1, 10}}));
+        EXPECT_EQ(items(neighbour), threeTens);
+        EXPECT_EQ(HeapFault(), "");
+    }
+}
+
+// The allocator gives nothing from the `n`th call on.
+int CallsLeft;
+void *FailingBlock(void *block, size_t size) {
+    return CallsLeft-- > 0 ? realloc(block, size) : nullptr;
+}
+
+TEST_F(WithoutRoom, NorWithoutMemory) {
+    uint16_t id = MakePattern("a", threeTens);
+    // The heap is full to the last item.
+    uint16_t filler = MakePattern("b");
+    EditLog.Recording = 0;
+    while (HeapSize - static_cast<int32_t>(PatternFromId(filler)->used()) >
+           static_cast<int32_t>(PatternTable[filler]) + 8)
+        InsertTransition(PatternFromId(filler), 0, 1, 1);
+    EditLog.Recording = 1;
+    auto *resize = ResizeBlock;
+    ResizeBlock = FailingBlock;
+    CallsLeft = 0;
+    changesNothing([&] { DeleteRange(pattern(id), 12, 18); });
+    changesNothing([&] { ReplaceRange(pattern(id), 12, 18, 2, 5); });
+    changesNothing([&] { SplitItem(pattern(id), 1, 2, 3, 1); });
+    ResizeBlock = resize;
 }
 
 TEST_F(RangeEdits, AForeverItemAloneLeavesWhatIsInFrontOfIt) {
@@ -213,6 +406,12 @@ TEST_F(RangeEdits, WhatRefersToAnEndlessPatternLearnsThatItIsEmpty) {
     EXPECT_EQ(pattern(user)->duration, TIME_FOREVER);
     DeleteRange(pattern(id), 0, TIME_FOREVER);
     EXPECT_EQ(pattern(user)->duration, 0U);
+}
+
+TEST_F(RangeEdits, OfAnEmptyStretchAtTheStartTheItemThereGoes) {
+    uint16_t id = MakePattern("a", {{1, 10}, {0, 10}});
+    DeleteRange(pattern(id), 0, 0);
+    EXPECT_EQ(items(id), (Transitions{{0, 10}}));
 }
 
 TEST_F(RangeEdits, AnEmptyPatternStaysEmpty) {
@@ -321,6 +520,15 @@ TEST_F(RangeEdits, AMoveOfLessThanAUnitChangesNothing) {
 TEST_F(RangeEdits, WithoutAUnitNothingMoves) {
     uint16_t id = MakePattern("a", threeTens);
     MoveEdge(pattern(id), PatternFromId(id), 1, 0, 10, 13, 0, 0);
+    EXPECT_FALSE(logged());
+}
+
+TEST_F(RangeEdits, AReferenceHasNoEdgesToMove) {
+    uint16_t sub = MakePattern("$s", {{1, 10}});
+    uint16_t id = MakePattern("a", threeTens);
+    AddReference(id, {.id = sub});
+    for (int right : {0, 1}) MoveEdge(pattern(id), PatternFromId(id), 3, right, 30, 33, 1, 0);
+    MoveEdge(pattern(id), PatternFromId(id), 4, 0, 40, 37, 1, 0);
     EXPECT_FALSE(logged());
 }
 

@@ -42,6 +42,48 @@ TEST_F(ScaleField, OfASpanInsideAScaledPatternOfADelayedWave) {
     }
 }
 
+TEST_F(ScaleField, AWaveThatIsOneReferenceTakingNoTimeKeepsScaleAndRepeat) {
+    uint16_t empty = MakePattern("$e");
+    a = MakePattern("A");
+    AddReference(a, {.id = empty, .scale = 2, .repeat = 3});
+    before = StoreText();
+    ASSERT_EQ(select(a, 0, 10), SEL_WHOLE);
+    leave(EDIT_SCALE, "5");
+    EXPECT_EQ(items(a), "[" + std::to_string(empty) + " *10 #3]");
+    ASSERT_EQ(select(a, 0, 10), SEL_WHOLE);
+    leave(EDIT_REPEAT, "4");
+    EXPECT_EQ(items(a), "[" + std::to_string(empty) + " *10 #12]");
+    EXPECT_EQ(actions(), 2);
+    EXPECT_TRUE(LogUndo() && undoGives(before));
+    // Of a composite they are not taken.
+    uint16_t c = MakePattern("C[1:0]");
+    AddReference(c, {.id = empty}, PatternKind::Composite);
+    ValidateDurations();
+    SelectRange(PatternFromId(c), 0, 10, 0, 0);
+    EditSelection.SelKind = SEL_WHOLE;
+    std::string composite = StoreText();
+    leave(EDIT_SCALE, "5");
+    EXPECT_EQ(StoreText(), composite);
+}
+
+TEST_F(ScaleField, BlanksAreNoEntry) {
+    nested();
+    ASSERT_EQ(select(a, 10, 52), SEL_PATTERN);
+    for (const char *typed : {"", " ", "\t "}) {
+        for (bool byEnter : {false, true}) {
+            byEnter ? enter(EDIT_SCALE, typed) : leave(EDIT_SCALE, typed);
+            EXPECT_EQ(text(EDIT_SCALE), "2");
+            byEnter ? enter(EDIT_REPEAT, typed) : leave(EDIT_REPEAT, typed);
+            EXPECT_EQ(text(EDIT_REPEAT), "3");
+        }
+    }
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(EditLog.rPtr, 0);
+    // What scans as no number is 1 as ever.
+    leave(EDIT_REPEAT, "x");
+    EXPECT_EQ(PatternFromId(a)->item(1).repeat(), 1);
+}
+
 TEST_F(ScaleField, AWholeThatOnlyBeginsWithAReferenceOrIsALevelIsWrapped) {
     uint16_t sub = MakePattern("$s", {{1, 3}, {0, 4}});
     for (uint16_t field : {EDIT_SCALE, EDIT_REPEAT}) {

@@ -152,6 +152,34 @@ TEST_F(Selection, FramesOfWhatIsGoneEndTheSelection) {
     EXPECT_EQ(EditSelection.SelKind, SEL_NONE);
 }
 
+TEST_F(Selection, WhereAPatternOnThePathIsGoneThereIsNoSelection) {
+    uint16_t p = MakePattern("", {{0, 10}, {1, 30}});
+    uint16_t a = around({p});
+    select(a, 120, 120);
+    ASSERT_EQ(EditSelection.SelDepth, 2u);
+    uint32_t place = PatternTable[p];
+    PatternTable[p] = 0;
+    RebuildFrames(0);
+    EXPECT_EQ(EditSelection.SelKind, SEL_NONE);
+    PatternTable[p] = place;
+    select(a, 120, 120);
+    PatternTable[a] = 0;
+    EXPECT_EQ(SelBase(), 100u) << "the frame still tells where it was";
+    EXPECT_EQ(SelectParent(), SEL_NONE);
+    EXPECT_EQ(SelectionRoot(), nullptr);
+}
+
+TEST_F(Selection, TheBaseIsWhereTheFrameWasWhereItsReferenceIsGone) {
+    uint16_t a = around({MakePattern("", {{0, 10}, {1, 30}}), 1, 3});
+    select(a, 160, 160);
+    ASSERT_EQ(SelBase(), 140u) << "in the second repetition";
+    // First a level stands in the reference's place, then nothing.
+    for (int i = 0; i < 2; i++) {
+        DeleteItem(PatternFromId(a), 1);
+        EXPECT_EQ(SelBase(), 100u);
+    }
+}
+
 TEST_F(Selection, ClearingTakesTheFrameAwayToo) {
     uint16_t a = threeLevels();
     click(a, 150);

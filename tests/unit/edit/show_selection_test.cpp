@@ -90,9 +90,12 @@ TEST_F(ShownSelection, APatternThatIsGoneAllowsNothing) {
     select(a, 50, 50);
     ClipWidth = 1;
     PatternRelease(PatternFromId(a));
-    ShowSelection();
-    for (uint32_t id : {COMMAND_CUT, COMMAND_PASTE}) EXPECT_FALSE(enabled(id));
-    EXPECT_EQ(HeadlessEditDialog.title, "Nothing Selected");
+    for (uint16_t kind : {SEL_PULSE, SEL_PATTERN, SEL_COMPOSITE}) {
+        showKind(kind);
+        for (uint32_t id : {COMMAND_CUT, COMMAND_PASTE}) EXPECT_FALSE(enabled(id));
+        EXPECT_EQ(HeadlessEditDialog.title, "Nothing Selected");
+        EXPECT_FALSE(HeadlessEditDialog.foreverChecked);
+    }
 }
 
 TEST_F(ShownSelection, TheTitleTellsTheSelection) {
@@ -217,6 +220,20 @@ TEST_F(ShownSelection, ThePathThroughAMergedPatternStaysRight) {
     RebuildFrames(0);
     EXPECT_EQ(EditSelection.SelDepth, 2);
     EXPECT_EQ(DeepestFrame().start, 440u);
+}
+
+TEST_F(ShownSelection, APathBehindTheEndOfAMergedPatternEndsThere) {
+    uint16_t p = MakePattern("", {{0, 10}, {1, 10}, {0, 10}});
+    uint16_t a = MakePattern("A", {{1, 100}, {1, 100}});
+    AddReference(a, {p});
+    AddTransition(a, 0, 50);
+    select(a, 215, 215);
+    ASSERT_EQ(DeepestFrame().patternId, p);
+    EditSelection.SelFrames[0].item = 9;
+    PendingMerge = a;
+    ShowSelection();
+    EXPECT_EQ(PatternFromId(a)->itemCount, 3);
+    EXPECT_EQ(EditSelection.SelFrames[0].item, 3);
 }
 
 TEST_F(ShownSelection, AnUndoDropsWhatWaits) {

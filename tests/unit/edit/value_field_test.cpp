@@ -1,4 +1,5 @@
 // What the value field and the list of states of the floating dialog write.
+#include "shell/commands.h"
 #include "unit/edit/field_fixture.h"
 
 namespace {
@@ -35,9 +36,9 @@ TEST_F(ValueField, EnterInValueOnTheLastItemStaysOnIt) {
 }
 
 TEST_F(ValueField, ValuesAreReadAsHexadecimalAndMasked) {
-    const std::pair<const char *, uint32_t> texts[] = {
-        {"1FF", 0xFF}, {"0x3c", 0x3C}, {"0X3C", 0x3C}, {" 0x3c", 0x3C}, {"\t0x3c", 0x3C},
-        {" 5", 5},     {"zz", 0},      {"", 0},        {"-1", 0xFF},    {"12 34", 0x12}};
+    const std::pair<const char *, uint32_t> texts[] = {{"1FF", 0xFF},   {"0x3c", 0x3C},   {"0X3C", 0x3C},
+                                                       {" 0x3c", 0x3C}, {"\t0x3c", 0x3C}, {" 5", 5},
+                                                       {"zz", 0},       {"-1", 0xFF},     {"12 34", 0x12}};
     for (auto [typed, value] : texts) {
         bus();
         select(a, 15, 15);
@@ -52,6 +53,24 @@ TEST_F(ValueField, ValuesAreReadAsHexadecimalAndMasked) {
     select(a, 15, 15);
     leave(EDIT_VALUE, "DEADBEEF");
     EXPECT_EQ(PatternFromId(a)->item(1).value(), 0xDEADBEEF);
+}
+
+TEST_F(ValueField, BlanksAreNoEntry) {
+    bus();
+    for (const char *typed : {"", "   ", "\t"}) {
+        for (bool byEnter : {false, true}) {
+            select(a, 15, 15);
+            byEnter ? enter(EDIT_VALUE, typed) : leave(EDIT_VALUE, typed);
+            EXPECT_EQ(text(EDIT_VALUE), "2");
+            EXPECT_EQ(frame(), std::to_string(a) + "/1 10-30");
+        }
+    }
+    // A field that shows nothing shows nothing again.
+    ASSERT_EQ(select(a, 5, 25), SEL_SPAN);
+    leave(EDIT_VALUE, " ");
+    EXPECT_EQ(text(EDIT_VALUE), "");
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(EditLog.rPtr, 0);
 }
 
 TEST_F(ValueField, ValuesTypedAlongAWaveAreOneStepAndJoinWhenItIsLeft) {
@@ -69,6 +88,51 @@ TEST_F(ValueField, ValuesTypedAlongAWaveAreOneStepAndJoinWhenItIsLeft) {
     EXPECT_EQ(actions(), 1);
     EXPECT_EQ(LogUndo(), 1);
     EXPECT_EQ(items(a), "1:10 2:20 3:30");
+}
+
+TEST_F(ValueField, AnEmptiedFieldEndsNoRow) {
+    bus();
+    select(a, 5, 5);
+    enter(EDIT_VALUE, "7");
+    enter(EDIT_VALUE, " ");
+    enter(EDIT_VALUE, "8");
+    EXPECT_EQ(actions(), 1);
+}
+
+TEST_F(ValueField, ValuesWithSomethingElseInBetweenAreStepsOfTheirOwn) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    struct {
+        const char *what;
+        void (*run)(uint16_t a);
+    } between[] = {
+        {"a click", [](uint16_t id) { select(id, 15, 15); }},
+        {"another field", [](uint16_t) { enter(EDIT_DURATION, "20"); }},
+        {"a value by leaving", [](uint16_t) { leave(EDIT_VALUE, "2"); }},
+        {"a copy", [](uint16_t) { DispatchCommand(COMMAND_COPY); }},
+        {"a command of the view", [](uint16_t) { DispatchCommand(COMMAND_ZOOM_IN_STEP); }},
+        {"a question for help", [](uint16_t) { DispatchCommand(COMMAND_HELP); }},
+    };
+    for (const auto &step : between) {
+        a = MakePattern("A[7:0]", {{1, 10}, {2, 20}, {3, 30}});
+        select(a, 5, 5);
+        enter(EDIT_VALUE, "7");
+        ASSERT_EQ(frame(), std::to_string(a) + "/1 10-30");
+        step.run(a);
+        select(a, 15, 15);
+        PendingMerge = a;
+        enter(EDIT_VALUE, "8");
+        LogUndo();
+        EXPECT_EQ(items(a), "7:10 2:20 3:30") << step.what;
+    }
+}
+
+TEST_F(ValueField, AMergeThatWaitsIsNeededForARow) {
+    bus();
+    select(a, 5, 5);
+    enter(EDIT_VALUE, "7");
+    PendingMerge = 0;
+    enter(EDIT_VALUE, "8");
+    EXPECT_EQ(actions(), 2);
 }
 
 TEST_F(ValueField, TheSameValueAgainLogsNothing) {
@@ -244,6 +308,23 @@ TEST_F(StatesList, ADoubleClickWalksOn) {
     EXPECT_EQ(items(a), "0:10 1:20 0:30");
     EXPECT_EQ(frame(), std::to_string(a) + "/2 30-60") << "the last one stays";
     EXPECT_EQ(actions(), 1);
+}
+
+TEST_F(StatesList, StatesPickedByDoubleClicksInARowAreOneStep) {
+    // As the list tells it: each double click is a click first.
+    bit();
+    select(a, 5, 5);
+    for (int32_t state : {2, 3, 0}) {
+        HeadlessPickState(state, false);
+        HeadlessPickState(state, true);
+    }
+    EXPECT_EQ(items(a), "2:10 3:20 0:30");
+    EXPECT_EQ(actions(), 1);
+    // A click alone ends the row.
+    HeadlessPickState(1, false);
+    EXPECT_EQ(actions(), 1);
+    HeadlessPickState(2, false);
+    EXPECT_EQ(actions(), 2);
 }
 
 TEST_F(StatesList, AStateOfASpanAndOfAWholeBit) {

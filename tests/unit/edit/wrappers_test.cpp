@@ -7,6 +7,7 @@
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include "unit/support/fresh_store.h"
+#include <cstdlib>
 
 namespace {
 
@@ -126,6 +127,16 @@ TEST_F(Wrappers, AReferenceInTheStretchLivesOnInTheWrapper) {
     EXPECT_EQ(items(owned), (Texts{"1:5"}));
 }
 
+TEST_F(Wrappers, AReferenceToNothingInTheStretchGoesAlong) {
+    uint16_t id = MakePattern("a", {{1, 10}});
+    AddReference(id, {.id = 3000});
+    AddTransition(id, 0, 10);
+    WrapRange(pattern(id), 0, 20, 1, 2);
+    uint16_t wrapper = targetOf(id, 0);
+    EXPECT_EQ(items(id), (Texts{use(wrapper, 2)}));
+    EXPECT_EQ(items(wrapper), (Texts{"1:10", use(3000), "0:10"}));
+}
+
 TEST_F(Wrappers, AnEndlessPatternIsWrappedWhole) {
     uint16_t sub = MakePattern("", {{1, 5}});
     uint16_t id = MakePattern("a", {{0, 10}});
@@ -171,6 +182,72 @@ TEST_F(Wrappers, ItemsBeyondTheAxisGoAlong) {
     uint16_t wrapper = targetOf(id, 1);
     EXPECT_EQ(items(id), (Texts{"0:2147483647", use(wrapper, 1, 3)}));
     EXPECT_EQ(items(wrapper), (Texts{"1:10", use(owned, 2), use(owned)}));
+}
+
+// What the allocator still gives.
+int BlocksLeft;
+void *LastBlocks(void *block, size_t size) {
+    return BlocksLeft-- > 0 ? realloc(block, size) : nullptr;
+}
+
+// Plays an edit with ever more memory until it is done; until then it changes nothing. Returns how often it
+// found none.
+template <class Make, class Edit>
+int TriesUntilDone(Make make, Edit edit) {
+    for (int blocks = 0; blocks < 10; blocks++) {
+        uint16_t id = make();
+        ValidateDurations();
+        std::string before = StoreText();
+        auto *resize = ResizeBlock;
+        BlocksLeft = blocks;
+        ResizeBlock = LastBlocks;
+        edit(id);
+        ResizeBlock = resize;
+        EXPECT_EQ(HeapFault(), "");
+        if (StoreText() != before) return blocks;
+        EXPECT_FALSE(Headless.programErrors.empty());
+    }
+    return 10;
+}
+
+TEST_F(Wrappers, WithoutMemoryAtAnyPointNothingIsWrapped) {
+    // Large enough that the pattern, the wrapper and the pattern again each need a block of their own.
+    Transitions many;
+    for (uint32_t i = 0; i < 5000; i++) many.push_back({i & 1, 10});
+    int tries = TriesUntilDone([&] { return MakePattern("a", many); },
+                               [](uint16_t id) { WrapRange(PatternFromId(id), 5, 49995, 1, 2); });
+    EXPECT_GE(tries, 2);
+    EXPECT_LT(tries, 10);
+}
+
+TEST_F(Wrappers, WithoutMemoryForReferencesNothingIsWrappedEither) {
+    uint16_t named = MakePattern("$n", {{1, 10}});
+    auto makeReferences = [named] {
+        uint16_t id = MakePattern("b", {{0, 10}});
+        for (uint32_t i = 0; i < 5000; i++) AddReference(id, {.id = named});
+        return id;
+    };
+    int tries =
+        TriesUntilDone(makeReferences, [](uint16_t id) { WrapRange(PatternFromId(id), 5, 50010, 1, 2); });
+    EXPECT_GE(tries, 2);
+    EXPECT_LT(tries, 10);
+}
+
+TEST_F(Wrappers, WithoutMemoryAWrapperDoesNotDissolve) {
+    Transitions many;
+    for (uint32_t i = 0; i < 5000; i++) many.push_back({i & 1, 10});
+    auto make = [&many] {
+        uint16_t inner = MakePattern("", many);
+        uint16_t id = MakePattern("a", {{0, 3}});
+        AddReference(id, {.id = inner});
+        AddTransition(id, 1, 3);
+        // The block is full behind it.
+        MakePattern("b", many);
+        return id;
+    };
+    int tries = TriesUntilDone(make, [](uint16_t id) { FlattenPattern(PatternFromId(id)); });
+    EXPECT_GE(tries, 1);
+    EXPECT_LT(tries, 10);
 }
 
 TEST_F(Wrappers, WithoutAFreeIdNothingIsWrapped) {

@@ -24,11 +24,22 @@ bool CanBeNamed(const Pattern *pattern) {
     return pattern->nameLength != 0 && std::string(pattern->name()).find_first_of(" \t") == std::string::npos;
 }
 
+// A name as a hand may write it: names are found in any case.
+std::string Written(Random &random, std::string name) {
+    if (!random.once(4)) return name;
+    for (char &c : name) {
+        bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        if (letter && random.once(2)) c = static_cast<char>(c ^ 0x20);
+    }
+    return name;
+}
+
 std::string AnyName(Random &random) {
     if (random.once(50)) return "nothing";
     for (int tries = 0; tries < 20; tries++) {
         uint32_t id = 1 + random.below(HighestPatternId);
-        if (PatternInUse(id) && CanBeNamed(PatternFromId(id))) return PatternFromId(id)->name();
+        if (PatternInUse(id) && CanBeNamed(PatternFromId(id)))
+            return Written(random, PatternFromId(id)->name());
     }
     return "nobody";
 }
@@ -108,7 +119,7 @@ Lines Select(Random &random) {
     if (!pattern) return {};
     TimeVal t1 = AnyTime(random, pattern);
     TimeVal t2 = random.once(3) ? t1 : AnyTime(random, pattern);
-    return {"select " + std::string(pattern->name()) + " " + Number(t1) + " " + Number(t2)};
+    return {"select " + Written(random, pattern->name()) + " " + Number(t1) + " " + Number(t2)};
 }
 
 Lines Drag(Random &random) {
@@ -116,7 +127,8 @@ Lines Drag(Random &random) {
     if (!pattern) return {};
     bool again = EditSelection.SelKind != SEL_NONE && pattern == SelectionRoot() && !random.once(4);
     TimeVal t1 = again ? TimeAtSelection(random) : AnyTime(random, pattern);
-    Lines lines = {(random.once(3) ? "press! " : "press ") + std::string(pattern->name()) + " " + Number(t1)};
+    Lines lines = {(random.once(3) ? "press! " : "press ") + Written(random, pattern->name()) + " " +
+                   Number(t1)};
     for (uint32_t moves = random.below(4); moves > 0; moves--) {
         lines.push_back("move " + Number(AnyTime(random, pattern)));
     }
@@ -137,6 +149,8 @@ std::string Count(Random &random) {
     constexpr const char *odd[] = {"",      "0",           "-1", "x", "65535", "65534",
                                    "65536", "99999999999", "##", "#", "  2 "};
     if (random.once(5)) return odd[random.below(std::size(odd))];
+    // Without end, in the midst of a wave, too.
+    if (random.once(10)) return "65535";
     return Number(random.once(3) ? 1 : 1 + random.below(6));
 }
 
@@ -204,10 +218,19 @@ std::string FreshName(Random &random) {
     return name;
 }
 
+// A wave with or without its kind, or the kind of one that is there.
+Lines New(Random &random) {
+    constexpr const char *kinds[] = {"test", "in", "out", "bid", "global"};
+    std::string name = FreshName(random);
+    if (const Pattern *row = random.once(4) ? AnyRow(random) : nullptr) name = Written(random, row->name());
+    if (name.starts_with('$') || random.once(3)) return {"new " + name};
+    return {"new " + name + " " + kinds[random.below(std::size(kinds))]};
+}
+
 Lines Patterns(Random &random) {
     switch (random.below(10)) {
     case 0:
-        return {"new " + FreshName(random)};
+        return New(random);
     case 1:
         return {"remove " + AnyName(random)};
     case 2:

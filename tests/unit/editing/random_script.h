@@ -6,6 +6,5 @@
 #include <vector>
 
 // The lines of one action: a gesture from the press to the release, or a single line. Most name what is there
-// and hit near to edges. What leaves no record is not among them: a wave made of existing bits, and another
-// pin type for a wave.
+// and hit near to edges. What the log holds in part is not among them: a bus made of existing bits.
 std::vector<std::string> RandomAction(Random &random);

@@ -2,6 +2,7 @@
 #include "unit/editlog/log_fixture.h"
 
 #include "headless/headless.h"
+#include <sys/stat.h>
 
 namespace {
 
@@ -101,6 +102,30 @@ TEST_F(AuxLogTest, AFileThatIsNotThereIsTold) {
     AuxFile = {&handle, name};
     EXPECT_EQ(AuxReplayBackward(16, 0, 0, 5), 0);
     EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to open auxiliary log file ") + name}));
+}
+
+TEST_F(AuxLogTest, AFileThatIsShorterThanItsEndIsTold) {
+    snprintf(name, sizeof name, "%s", scratch.write("clip", Entry("one")).c_str());
+    AuxFile = {&handle, name};
+    EXPECT_EQ(AuxReplayBackward(400, 0, 0, 5), 0);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to read auxiliary log file ") + name}));
+}
+
+TEST_F(AuxLogTest, AFileWithoutPositionsIsTold) {
+    snprintf(name, sizeof name, "%s", scratch.file("pipe").c_str());
+    ASSERT_EQ(mkfifo(name, 0600), 0);
+    AuxFile = {&handle, name};
+    EXPECT_EQ(AuxReplayBackward(16, 0, 0, 5), 0);
+    EXPECT_EQ(Headless.userErrors, (Texts{std::string("Failed to read auxiliary log file ") + name}));
+    EXPECT_EQ(handle, NO_FILE);
+}
+
+TEST_F(AuxLogTest, WithNothingToReplayItIsNoReplay) {
+    ExecuteLogHook = nullptr;
+    EXPECT_EQ(replay(Entry("one")), 0);
+    EXPECT_EQ(EditLog.AuxPtr, 0);
+    EXPECT_EQ(handle, NO_FILE);
 }
 
 TEST_F(AuxLogTest, WithoutANameNothingIsSaid) {

@@ -6,14 +6,20 @@
 #include "editlog/recovery.h"
 #include "editlog/replay.h"
 #include "headless/headless.h"
+#include "platform/faults.h"
 #include "platform/files_native.h"
+#include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include "unit/support/fresh_store.h"
 #include "unit/support/log_session.h"
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <filesystem>
+#include <iterator>
+#include <set>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -55,9 +61,11 @@ protected:
         WriteLimitHook = CountWrite;
         for (int i = 0; i < ACTIONS; i++) {
             SessionAction(random);
-            if (EditLog.rPtr == ends.back()) continue; // nothing changed
-            states.push_back(SessionText());
-            ends.push_back(EditLog.rPtr);
+            if (EditLog.rPtr != ends.back()) { // something has changed
+                states.push_back(SessionText());
+                ends.push_back(EditLog.rPtr);
+            }
+            stateBehind.push_back(states.size() - 1);
         }
         WriteLimitHook = nullptr;
         end();
@@ -124,6 +132,7 @@ protected:
     // The document behind each action, and where the log ends there.
     std::vector<std::string> states;
     std::vector<int32_t> ends;
+    std::vector<size_t> stateBehind; // of each action, the changed ones and the others
 };
 
 TEST_F(CrashTest, AtEveryWriteTheActionsInTheFileComeBack) {
@@ -154,24 +163,83 @@ TEST_F(CrashTest, AtAnyInstantTheActionsInTheFileComeBack) {
     }
 }
 
-// Undone actions stay in the file, and what is recorded over them leaves the rest of them behind it. So what
-// comes back need not be a document that was there, but it is a sound one.
-TEST_F(CrashTest, WhateverUndoLeftInTheFileTheDocumentIsSound) {
-    for (uint32_t seed = 0; seed < 40; seed++) {
+volatile int sink;
+
+// Runs out of stack long before it ends.
+int Overflow(int depth) {
+    if (depth < 0) return 0;
+    volatile char room[1000];
+    room[0] = static_cast<char>(depth);
+    sink = Overflow(depth + 1) + room[0];
+    return sink;
+}
+
+// What was finished is there again, whatever the program dies of, and wherever its window stands.
+TEST_F(CrashTest, AProgramThatFaultsLosesNothingThatWasFinished) {
+    constexpr void (*faults[])() = {
+        [] { *reinterpret_cast<volatile int *>(8) = 1; },
+        [] { abort(); },
+        [] { std::terminate(); },
+        [] { sink = Overflow(0); },
+    };
+    Random choice(5);
+    for (size_t round = 0; round < 40; round++) {
+        uint32_t actions = 1 + choice.below(ACTIONS);
+        pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            start();
+            for (int fault : {SIGSEGV, SIGBUS, SIGABRT}) signal(fault, SIG_DFL);
+            CallOnFault(LogWriteFinished);
+            Random random(SEED);
+            for (uint32_t i = 0; i < actions; i++) SessionAction(random);
+            // In the midst of the next one.
+            SetPatternDelay(PatternFromId(1), PatternFromId(1)->delay + 1);
+            faults[round % std::size(faults)]();
+            _exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFSIGNALED(status)) << "it dies as it would have: " << status;
+        start();
+        EXPECT_EQ(SessionText(), states[stateBehind[actions - 1]]);
+        end();
+    }
+}
+
+size_t WriteHalf(size_t size) {
+    return size / 2;
+}
+
+// Undone actions stay in the file until something is recorded in their place, and a flush may fail.
+TEST_F(CrashTest, WhateverUndoAndTheDiskLeftInTheFileTheDocumentHasBeenThere) {
+    for (uint32_t seed = 0; seed < 60; seed++) {
         start();
         Random random(seed);
+        std::set<std::string> been = {SessionText()};
+        bool diskFails = seed % 3 == 0;
         for (int i = 0; i < 150; i++) {
-            SessionAction(random);
-            if (random.once(4)) LogUndo();
-            if (random.once(12)) LogUndo();
-            if (random.once(8)) LogRedo();
+            auto step = [&](auto change) {
+                change();
+                FinishReplay();
+                been.insert(SessionText());
+            };
+            step([&] { SessionAction(random); });
+            if (random.once(4)) step(LogUndo);
+            if (random.once(12)) step(LogUndo);
+            if (random.once(8)) step(LogRedo);
+            if (diskFails) WriteLimitHook = random.once(10) ? WriteHalf : nullptr;
             if (random.once(20)) LogFlush();
+            // At any time the program may be gone.
+            if (random.once(200)) break;
         }
-        LogFlush();
+        WriteLimitHook = nullptr;
+        if (random.once(2)) LogFlush();
         LogCloseFile();
         FreshStore::TearDown(); // without the end of the program
         start();
         ASSERT_EQ(HeapFault(), "");
+        EXPECT_TRUE(been.contains(SessionText())) << "seed " << seed;
         EXPECT_EQ(FindReferenceCircle(), 0);
         std::string last = SessionText();
         while (EditLog.rPtr > 0) ASSERT_EQ(LogUndo(), 1);

@@ -56,6 +56,12 @@ TEST_F(DamagedLogTest, AnEntryThatIsLongerThanAnyRecordIsReplayedByItsBeginning)
     installFile(entry.substr(0, 300008) + Word(12) + MARK, false);
     EXPECT_EQ(LogRedo(), 0);
     EXPECT_EQ(replayed(), Texts{});
+    // The file may end where the entry goes on.
+    installFile(entry + MARK, false);
+    fs::resize_file(path, 200000);
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_EQ(Headless.userErrors, Texts(2, "Failed to read log file " + path));
 }
 
 TEST_F(DamagedLogTest, AFailedReadEndsARedoAndDropsNothing) {
@@ -88,6 +94,14 @@ TEST_F(DamagedLogTest, ARestTooShortForAWordEndsTheRedo) {
     EXPECT_EQ(LogRedo(), 0);
     EXPECT_EQ(replayed(), (Texts{"one"}));
     EXPECT_EQ(EditLog.rEofPtr, 16);
+}
+
+TEST_F(DamagedLogTest, APositionTooNearToTheStartForAnEntryIsNoMark) {
+    installFile("abc", true);
+    EXPECT_EQ(LogAtMark(), 0);
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(replayed(), Texts{});
+    EXPECT_EQ(EditLog.rPtr, 3);
 }
 
 TEST_F(DamagedLogTest, AnEntryWithoutAPayloadIsReplayed) {

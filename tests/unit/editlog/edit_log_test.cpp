@@ -1,8 +1,13 @@
 #include "unit/editlog/log_fixture.h"
 
 #include "headless/headless.h"
+#include "platform/files_native.h"
+#include "shell/reporting.h"
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -12,7 +17,13 @@ using Texts = std::vector<std::string>;
 
 const std::string MARK = Word(0xFFFFFFFF);
 
-class EditLogTest : public LogFixture {};
+class EditLogTest : public LogFixture {
+protected:
+    void TearDown() override {
+        WriteLimitHook = nullptr;
+        LogFixture::TearDown();
+    }
+};
 
 // --- what is written ------------------------------------------------------------------------------
 
@@ -156,6 +167,9 @@ TEST_F(EditLogTest, NearTheLimitOfPositionsNothingMoreIsRecorded) {
     EXPECT_EQ(EditLog.rEofPtr, INT32_MAX - 1024);
     EXPECT_EQ(Headless.userErrors, (Texts{"Failed to write log file " + path}));
     EXPECT_EQ(EditLog.rPtr, INT32_MAX - 1024);
+    EXPECT_EQ(LogMark(), INT32_MAX - 1024);
+    EXPECT_EQ(Headless.userErrors, Texts(2, "Failed to write log file " + path));
+    EXPECT_EQ(file(), "");
 }
 
 // --- undo and redo ----------------------------------------------------------------------------------
@@ -199,19 +213,223 @@ TEST_F(EditLogTest, ARecordAfterUndoEndsWhatCouldBeRedone) {
     action("two");
     action("three");
     LogFlush();
-    auto size = file().size();
+    std::string before = file();
     LogUndo();
     LogUndo();
+    LogFlush();
+    EXPECT_EQ(file(), before) << "nothing is cut without a new record";
     record("new");
     EXPECT_EQ(EditLog.rEofPtr, EditLog.rPtr);
     LogEndAction();
+    EXPECT_EQ(file(), before);
     LogFlush();
-    EXPECT_EQ(file().substr(0, static_cast<size_t>(EditLog.rEofPtr)),
-              Entry("one") + MARK + Entry("new") + MARK);
-    EXPECT_EQ(file().size(), size);
+    EXPECT_EQ(file(), Entry("one") + MARK + Entry("new") + MARK);
     Notes.clear();
     EXPECT_EQ(LogRedo(), 1);
     EXPECT_EQ(replayed(), Texts{});
+}
+
+TEST_F(EditLogTest, AFlushCutsTheFileWhereOneBeforeItFailed) {
+    action("one");
+    action("two");
+    LogFlush();
+    LogUndo();
+    action("lost");
+    WriteLimitHook = [](size_t size) { return size / 2; };
+    LogFlush();
+    action("lost, too");
+    WriteLimitHook = [](size_t) { return size_t{0}; };
+    LogFlush();
+    WriteLimitHook = nullptr;
+    EXPECT_EQ(Headless.userErrors, Texts(2, "Failed to write log file " + path));
+    EXPECT_EQ(FileErrors, 2U);
+    int32_t lostEnd = EditLog.rPtr;
+    action("new");
+    LogFlush();
+    std::string whole = Entry("one") + MARK;
+    whole.resize(static_cast<size_t>(lostEnd));
+    EXPECT_EQ(file(), whole + Entry("new") + MARK) << "a hole that a recovery stops at";
+    // Only once.
+    action("more");
+    LogFlush();
+    EXPECT_EQ(file(), whole + Entry("new") + MARK + Entry("more") + MARK);
+    Notes.clear();
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(LogUndo(), 0) << "the hole begins where this action does";
+    EXPECT_EQ(replayed(), (Texts{"-more", "-new"}));
+    EXPECT_EQ(EditLog.rPtr, lostEnd);
+}
+
+// --- the log aside --------------------------------------------------------------------------------
+
+TEST_F(EditLogTest, WhatIsRecordedWhileTheLogStandsAsideGoesToMemoryAlone) {
+    action("one");
+    action("two");
+    action("three");
+    LogUndo();
+    record("open");
+    std::string fileBefore, expected;
+    {
+        LogAside aside;
+        fileBefore = file();
+        EXPECT_EQ(fileBefore, Entry("one") + MARK + Entry("two") + MARK + Entry("open"))
+            << "it has been flushed";
+        EXPECT_TRUE(aside.records().empty());
+        for (int i = 0; i < 200; i++) {
+            record("aside" + std::to_string(i));
+            expected += Entry("aside" + std::to_string(i));
+            if (i == 0) {
+                std::string recorded(aside.records().begin(), aside.records().end());
+                EXPECT_EQ(recorded, expected);
+            }
+        }
+        EXPECT_EQ(std::string(aside.records().begin(), aside.records().end()), expected);
+        EXPECT_EQ(file(), fileBefore);
+    }
+    EXPECT_EQ(file(), fileBefore);
+    record("on");
+    LogEndAction();
+    LogFlush();
+    EXPECT_EQ(file(), fileBefore + Entry("on") + MARK);
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(LogUndo(), 1);
+    Notes.clear();
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"two"}));
+}
+
+TEST_F(EditLogTest, WhatCanBeRedoneAndTheBuffersBytesOutliveTheLogAside) {
+    action("one");
+    action("two");
+    LogUndo();
+    int32_t position = EditLog.rPtr, end = EditLog.rEofPtr;
+    std::vector<uint8_t> buffer(EditLog.Buffer, EditLog.Buffer + BufLen);
+    {
+        LogAside aside;
+        record("aside");
+    }
+    EXPECT_EQ(EditLog.rPtr, position);
+    EXPECT_EQ(EditLog.rEofPtr, end);
+    EXPECT_EQ(EditLog.rBase, end) << "as a flush leaves it";
+    EXPECT_EQ(std::vector<uint8_t>(EditLog.Buffer, EditLog.Buffer + BufLen), buffer);
+    EXPECT_EQ(EditLog.LogFileName, path);
+    EXPECT_EQ(LogRedo(), 1);
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(LogUndo(), 1);
+    EXPECT_EQ(replayed(), (Texts{"-two", "two", "-two", "-one"}));
+}
+
+// --- the last act of a program that dies ------------------------------------------------------------
+
+TEST_F(EditLogTest, AProgramThatDiesWritesWhatIsFinished) {
+    action("one");
+    record("open");
+    LogWriteFinished();
+    EXPECT_EQ(file(), Entry("one") + MARK);
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+TEST_F(EditLogTest, AProgramThatDiesLeavesTheFileWhenNothingNewIsFinished) {
+    LogWriteFinished();
+    EXPECT_EQ(file(), "");
+    action("one");
+    action("two");
+    LogFlush();
+    LogUndo();
+    std::string before = file();
+    LogWriteFinished();
+    EXPECT_EQ(file(), before);
+    record("open");
+    LogWriteFinished();
+    EXPECT_EQ(file(), before);
+    strcpy(EditLog.LogFileName, "");
+    LogEndAction();
+    LogWriteFinished();
+    EXPECT_EQ(file(), before);
+}
+
+TEST_F(EditLogTest, AProgramThatDiesBehindTheFlushOfHalfAnActionWritesNothing) {
+    action("one");
+    record("half");
+    LogFlush();
+    record("more");
+    std::string before = file();
+    LogWriteFinished();
+    EXPECT_EQ(file(), before);
+}
+
+TEST_F(EditLogTest, AProgramThatDiesCutsWhatWasUndone) {
+    action("one");
+    action("two");
+    action("three");
+    LogFlush();
+    LogUndo();
+    LogUndo();
+    action("new");
+    LogWriteFinished();
+    EXPECT_EQ(file(), Entry("one") + MARK + Entry("new") + MARK);
+}
+
+TEST_F(EditLogTest, AProgramThatDiesKeepsWhatAnActionHeldBeforeItWasReopened) {
+    action("one");
+    action("joined");
+    LogJoinAction();
+    record("half");
+    LogWriteFinished();
+    EXPECT_EQ(file(), Entry("one") + MARK + Entry("joined") + MARK);
+}
+
+TEST_F(EditLogTest, AnActionIsNotFinishedWhereOneEndedThatWasUndoneSince) {
+    action("1");
+    action("2");
+    LogJoinAction();
+    LogRollback();
+    // The position is now in front of the place where the second one ended, which falls between two records.
+    record("3");
+    record("4");
+    LogWriteFinished();
+    EXPECT_EQ(file(), Entry("1") + MARK);
+}
+
+TEST_F(EditLogTest, AProgramThatDiesInTheMidstOfAnUndoKeepsWhatLiesBefore) {
+    action("one");
+    action("two");
+    auto *execute = ExecuteLogHook;
+    ExecuteLogHook = [](std::span<const uint8_t>, int, int32_t, int32_t, int) {
+        LogWriteFinished();
+        return 1;
+    };
+    LogUndo();
+    ExecuteLogHook = execute;
+    EXPECT_EQ(file(), Entry("one") + MARK);
+}
+
+TEST_F(EditLogTest, AProgramThatDiesWritesNothingWhereItsLogIsGone) {
+    action("one");
+    fs::remove(path);
+    LogWriteFinished();
+    EXPECT_FALSE(fs::exists(path));
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
+// What made the program die may have written into the log's memory.
+TEST_F(EditLogTest, AProgramThatDiesWithADamagedLogWritesNothing) {
+    using Damage = void (*)();
+    const Damage damages[] = {[] { EditLog.rBase = EditLog.rPtr + 4; }, [] { EditLog.Held = 0; },
+                              [] { EditLog.rPtr = EditLog.rBase + 2; },
+                              [] { memset(EditLog.Buffer, 0, sizeof EditLog.Buffer); }};
+    action("one");
+    record("open");
+    const EditLogRecord before = EditLog;
+    for (Damage damage : damages) {
+        EditLog = before;
+        damage();
+        LogWriteFinished();
+        EXPECT_EQ(file(), "");
+    }
+    EditLog = before;
+    LogWriteFinished();
+    EXPECT_EQ(file(), Entry("one") + MARK);
 }
 
 TEST_F(EditLogTest, AnOpenActionIsRolledBackAndForgotten) {
@@ -233,6 +451,21 @@ TEST_F(EditLogTest, RedoRollsAnOpenActionBackFirst) {
     EXPECT_EQ(LogRedo(), 1);
     EXPECT_EQ(replayed(), (Texts{"-open"}));
     EXPECT_EQ(EditLog.rPtr, 16);
+}
+
+TEST_F(EditLogTest, AnOpenActionThatCannotBeRolledBackEndsUndoAndRedo) {
+    for (auto *step : {LogUndo, LogRedo}) {
+        action("one");
+        record("bad");
+        record("two");
+        int32_t start = EditLog.rPtr - 24;
+        RefusedText = "bad";
+        EXPECT_EQ(step(), 0);
+        EXPECT_EQ(replayed(), Texts{"-two"}) << "the action before it stays";
+        EXPECT_EQ(EditLog.rPtr, start);
+        EXPECT_EQ(EditLog.rEofPtr, start) << "the open action is forgotten";
+        EXPECT_EQ(EditLog.Recording, 1);
+    }
 }
 
 TEST_F(EditLogTest, APayloadIsReplayedWithItsPaddingAndNoMore) {
@@ -460,6 +693,50 @@ TEST_F(EditLogTest, AFileThatIsEmptiedInTheMidstOfAnUndoStopsIt) {
     EXPECT_EQ(EditLog.Recording, 1);
 }
 
+TEST_F(EditLogTest, AFileThatIsEmptiedInTheMidstOfARedoStopsIt) {
+    record("one");
+    action(std::string(2000, 'n'));
+    LogUndo();
+    LogFlush();
+    static std::string name;
+    name = path;
+    ExecuteLogHook = [](std::span<const uint8_t>, int, int32_t, int32_t, int) {
+        fs::resize_file(name, 0);
+        return 1;
+    };
+    EXPECT_EQ(LogRedo(), 0);
+    EXPECT_EQ(EditLog.rPtr, 12) << "behind the first record";
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to read log file " + path}));
+    EXPECT_EQ(EditLog.Recording, 1);
+}
+
+TEST_F(EditLogTest, AFileThatCannotBeCutIsNotWritten) {
+    action("one");
+    action("two");
+    LogFlush();
+    LogUndo();
+    std::string before = file();
+    int readOnly = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    dup2(readOnly, static_cast<int>(EditLog.LogHandle));
+    close(readOnly);
+    action("new");
+    LogFlush();
+    EXPECT_EQ(file(), before);
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to write log file " + path}));
+    LogCloseFile();
+    action("more");
+    LogFlush();
+    EXPECT_EQ(file().substr(0, 16), Entry("one") + MARK);
+    EXPECT_EQ(file().substr(32), Entry("more") + MARK) << "behind a hole where the new one was";
+}
+
+TEST_F(EditLogTest, WithNothingToReplayWithUndoStopsBeforeTheRecord) {
+    action("one");
+    ExecuteLogHook = nullptr;
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(EditLog.Recording, 1);
+}
+
 TEST_F(EditLogTest, AFileThatGotShorterIsToldAsAFailedRead) {
     for (int i = 0; i < 100; i++) action(std::to_string(i), 12);
     LogFlush();
@@ -474,6 +751,19 @@ TEST_F(EditLogTest, AFileThatGotShorterIsToldAsAFailedRead) {
     LogFlush();
     EXPECT_EQ(file().substr(0, 1000), rest);
     EXPECT_EQ(file().substr(2400), Entry("new") + MARK);
+}
+
+TEST_F(EditLogTest, AFileWithoutPositionsIsToldAtEachUse) {
+    action("one");
+    fs::remove(path);
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    LogFlush();
+    EXPECT_EQ(Headless.userErrors, (Texts{"Failed to write log file " + path}));
+    EXPECT_EQ(LogUndo(), 0);
+    EXPECT_EQ(Headless.userErrors,
+              (Texts{"Failed to write log file " + path, "Failed to read log file " + path}));
+    EXPECT_EQ(EditLog.ReadFault, 1);
+    EXPECT_EQ(replayed(), Texts{});
 }
 
 TEST_F(EditLogTest, ALogWithoutAFileWorksInMemoryAndDropsWhatIsFlushed) {

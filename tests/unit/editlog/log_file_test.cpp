@@ -2,6 +2,7 @@
 #include "unit/editlog/log_fixture.h"
 
 #include "headless/headless.h"
+#include <fcntl.h>
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -25,6 +26,8 @@ TEST_F(LogFileTest, TheProgramBeginsWithATemporaryLog) {
     LogDeleteFile();
     EXPECT_FALSE(fs::exists(name));
     EXPECT_STREQ(EditLog.LogFileName, "");
+    LogInit("abc");
+    EXPECT_TRUE(fs::path(EditLog.LogFileName).filename().string().starts_with("abc"));
 }
 
 TEST_F(LogFileTest, WithoutATemporaryDirectoryItGoesOnWithoutAFile) {
@@ -39,6 +42,18 @@ TEST_F(LogFileTest, WithoutATemporaryDirectoryItGoesOnWithoutAFile) {
     EXPECT_STREQ(EditLog.LogFileName, "");
     action("one");
     EXPECT_EQ(LogUndo(), 1);
+}
+
+TEST_F(LogFileTest, AnUntitledDocumentGoesOnWithoutAFileToo) {
+    std::string before = getenv("TMPDIR") ? getenv("TMPDIR") : "";
+    setenv("TMPDIR", "/nowhere/at/all", 1);
+    LogBindToDocument("");
+    if (before.empty())
+        unsetenv("TMPDIR");
+    else
+        setenv("TMPDIR", before.c_str(), 1);
+    EXPECT_STREQ(EditLog.LogFileName, "");
+    EXPECT_TRUE(Headless.userErrors.empty());
 }
 
 TEST_F(LogFileTest, ADocumentsLogLiesBesideIt) {
@@ -71,6 +86,11 @@ TEST_F(LogFileTest, ALogThatCannotBeMadeIsToldAndDoneWithout) {
     EXPECT_EQ(Headless.userErrors, (Texts{"Failed to create log file " + log}));
     EXPECT_STREQ(EditLog.LogFileName, "");
     EXPECT_EQ(EditLog.LogHandle, NO_FILE);
+    // Nor can one whose path is too long.
+    Headless.userErrors.clear();
+    LogBindToDocument(std::string(MAX_PATH_SIZE, 'n').c_str());
+    EXPECT_EQ(Headless.userErrors, Texts{"Failed to create log file "});
+    EXPECT_STREQ(EditLog.LogFileName, "");
 }
 
 TEST_F(LogFileTest, AFileBeyondEveryPositionIsTakenAsFarAsPositionsReach) {
@@ -82,6 +102,22 @@ TEST_F(LogFileTest, AFileBeyondEveryPositionIsTakenAsFarAsPositionsReach) {
     LogDeleteFile();
     EXPECT_EQ(EditLog.LogHandle, NO_FILE);
     EXPECT_FALSE(fs::exists(path));
+}
+
+// A log with records must not lie beside a document that has them already.
+TEST_F(LogFileTest, ALogThatCannotBeDeletedIsEmptied) {
+    action("one");
+    LogFlush();
+    LogCloseFile();
+    ASSERT_NE(file(), "");
+    // No file goes from this directory.
+    int open = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    snprintf(EditLog.LogFileName, sizeof EditLog.LogFileName, "/proc/self/fd/%d", open);
+    LogDeleteFile();
+    EXPECT_EQ(file(), "");
+    EXPECT_STREQ(EditLog.LogFileName, "");
+    EXPECT_TRUE(Headless.userErrors.empty());
+    close(open);
 }
 
 TEST_F(LogFileTest, ClosingDoesNotFlush) {

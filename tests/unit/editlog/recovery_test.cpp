@@ -7,13 +7,19 @@
 #include "editlog/log_records.h"
 #include "editlog/replay.h"
 #include "headless/headless.h"
+#include "shell/reporting.h"
 #include "store/mutators.h"
 #include "store/pattern_store.h"
 #include "store/queries.h"
 #include "unit/editlog/log_fixture.h"
 #include "unit/support/fresh_store.h"
+#include "unit/support/traced_child.h"
+#include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -112,7 +118,7 @@ TEST_F(RecoveryTest, RecoveredEditsCanBeUndone) {
     EXPECT_EQ(delayNow(node), 7U);
 }
 
-TEST_F(RecoveryTest, TheAnswerNoBeginsAnEmptyLogAndLeavesTheFilesBytes) {
+TEST_F(RecoveryTest, TheAnswerNoBeginsAnEmptyLogAndLeavesTheFilesBytesUntilARecordComes) {
     std::string bytes = delay(0, 7) + MARK + delay(7, 9) + MARK;
     leaveLog(bytes);
     recover(NO);
@@ -123,11 +129,110 @@ TEST_F(RecoveryTest, TheAnswerNoBeginsAnEmptyLogAndLeavesTheFilesBytes) {
     EXPECT_EQ(file(), bytes);
     EXPECT_EQ(LogRedo(), 1);
     EXPECT_EQ(StoreText(), original);
-    // A second crash finds the new record, and the old ones behind it.
+    // A second crash finds the new record, and nothing of what was not wanted.
     SetPatternDelay(PatternFromId(node), 5);
     LogFlush();
     LogCloseFile();
-    EXPECT_EQ(file(), delay(0, 5) + bytes.substr(24));
+    EXPECT_EQ(file(), delay(0, 5));
+}
+
+TEST_F(RecoveryTest, TheFirstRecordBehindARecoveryCutsTheFileThere) {
+    // The log of an earlier document was shorter.
+    LogBindToDocument(scratch.file("earlier.wdl").c_str());
+    SetPatternDelay(PatternFromId(node), 3);
+    LogFlush();
+    SetPatternDelay(PatternFromId(node), 0);
+    std::string finished = delay(0, 7) + MARK;
+    leaveLog(finished + delay(7, 9) + delay(9, 11));
+    recover();
+    SetPatternDelay(PatternFromId(node), 5);
+    LogFlush();
+    LogCloseFile();
+    EXPECT_EQ(file(), finished + delay(7, 5));
+}
+
+TEST_F(RecoveryTest, ThePromptLineTellsWhatCameBack) {
+    leaveLog(delay(0, 7) + MARK + delay(7, 9) + MARK + delay(9, 4));
+    recover();
+    ShowNotices();
+    EXPECT_STREQ(PromptText, "Recovered from the log: 2 actions, without 24 bytes at its end.");
+    EditLog.LogFileName[0] = '\0'; // that run died, too
+    leaveLog(delay(0, 7) + MARK);
+    recover();
+    ShowNotices();
+    EXPECT_STREQ(PromptText, "Recovered from the log: 1 action, without 0 bytes at its end.");
+    SetPrompt("");
+    EditLog.LogFileName[0] = '\0'; // that run died, too
+    leaveLog(delay(0, 7) + MARK);
+    recover(NO);
+    ShowNotices();
+    EXPECT_STREQ(PromptText, "");
+}
+
+// A log that the disk does not give back is neither taken for its beginning nor written over.
+TEST_F(RecoveryTest, ALogThatStopsBeingReadableStaysAsItIs) {
+    if (!CanTraceCalls()) GTEST_SKIP() << "no process can be traced here";
+    std::string bytes;
+    for (uint32_t i = 0; i < 300; i++) bytes += delay(i, i + 1) + MARK;
+    leaveLog(bytes);
+    auto recoverIn = [&](unsigned read) {
+        return RunTraced(
+            [&] {
+                MarkTracedCalls();
+                recover();
+                MarkTracedCalls();
+                bool told =
+                    Headless.userErrors == std::vector<std::string>{"Failed to read log file " + path};
+                bool hasFile = EditLog.LogFileName[0] != '\0';
+                SetPatternDelay(PatternFromId(node), 77);
+                LogEndAction();
+                LogFlush();
+                _exit(file() != bytes ? hasFile ? 0 : 1 : told && !hasFile ? 2 : 3);
+            },
+            {.directory = "", .call = Call::Read, .number = read, .error = EIO});
+    };
+    TracedRun whole = recoverIn(0);
+    ASSERT_EQ(whole.status, 0);
+    ASSERT_GT(whole.calls, 5U);
+    for (unsigned read = 1; read <= whole.calls; read++) {
+        leaveLog(bytes);
+        EXPECT_EQ(recoverIn(read).status, 2) << read;
+    }
+}
+
+TEST_F(RecoveryTest, ALogThatStopsBeingReadableIsLeftAloneFromThenOn) {
+    std::string bytes;
+    for (uint32_t i = 0; i < 300; i++) bytes += delay(i, i + 1) + MARK;
+    leaveLog(bytes);
+    ExecuteLogHook = [](std::span<const uint8_t> payload, int direction, int32_t a, int32_t b, int mode) {
+        // From here on the handle is that of something that cannot be read.
+        int unreadable = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        dup2(unreadable, static_cast<int>(EditLog.LogHandle));
+        close(unreadable);
+        return ApplicationExecuteLog(payload, direction, a, b, mode);
+    };
+    recover();
+    ExecuteLogHook = ApplicationExecuteLog;
+    ASSERT_FALSE(Headless.userErrors.empty());
+    for (const std::string &error : Headless.userErrors) EXPECT_EQ(error, "Failed to read log file " + path);
+    EXPECT_STREQ(EditLog.LogFileName, "") << "there is no log file any more";
+    uint32_t recovered = delayNow(node);
+    EXPECT_GT(recovered, 10U);
+    EXPECT_LT(recovered, 300U);
+    SetPatternDelay(PatternFromId(node), 7);
+    LogEndAction();
+    LogFlush();
+    EXPECT_EQ(file(), bytes);
+    ShowNotices();
+    EXPECT_NE(std::string(PromptText).find(": " + std::to_string(recovered) + " actions, without"),
+              std::string::npos);
+}
+
+TEST_F(RecoveryTest, ALogThatCannotBeEmptiedBehindASaveIsTold) {
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    LogReset(0);
+    EXPECT_EQ(Headless.userErrors, Texts{"Failed to write log file " + path});
+    EXPECT_EQ(EditLog.LogHandle, NO_FILE);
 }
 
 TEST_F(RecoveryTest, AnyOtherAnswerCountsAsNo) {
@@ -158,6 +263,7 @@ TEST_F(RecoveryTest, ASaveAsksNothingAndBeginsAnEmptyLog) {
     leaveLog(delay(0, 7) + MARK);
     LogReset(0);
     EXPECT_TRUE(Headless.alerts.empty());
+    EXPECT_EQ(file(), "");
     EXPECT_EQ(StoreText(), original);
     EXPECT_EQ(EditLog.rPtr, 0);
     EXPECT_EQ(EditLog.rEofPtr, 0);

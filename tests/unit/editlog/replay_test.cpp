@@ -409,13 +409,29 @@ TEST_F(ReplayTest, RowsThatAreNotThereOrHaveNoRoom) {
     while (WaveView.RowCount < MAX_ROWS) AddWaveRow(node, 0);
     isRefused(Recorded([&] { LogRow(1, node, 0); }), FORWARD);
     isRefused(Recorded([&] { LogRow(0, node, 256); }), BACKWARD);
+    FreeWaveRows();
+    isRefused(Recorded([&] { LogRow(1, node, 0); }), FORWARD);
     EXPECT_TRUE(Headless.userErrors.empty());
 }
 
-TEST_F(ReplayTest, AUnitThatDoesNotExist) {
-    isRefused(Recorded([] { LogTiming(16 * 4, 48, 1, 1, 5, 6); }), BACKWARD);
-    isRefused(Recorded([] { LogTiming(48, 65535, 1, 1, 5, 6); }), FORWARD);
-    EXPECT_EQ(Execute(Recorded([] { LogTiming(48, 15 * 4 + 3, 1, 1, 5, 6); }), FORWARD), 1);
+TEST_F(ReplayTest, AUnitThatTheProgramDoesNotKnowIsStored) {
+    EXPECT_EQ(Execute(Recorded([] { LogTiming(16 * 4, 48, 1, 1, 5, 6); }), BACKWARD), 1);
+    EXPECT_EQ(Settings.BasicUnit, 16);
+    EXPECT_EQ(Settings.Decimals, 0);
+    EXPECT_EQ(Execute(Recorded([] { LogTiming(48, 65535, 1, 1, 5, 6); }), FORWARD), 1);
+    EXPECT_EQ(Settings.BasicUnit, 16383);
+    EXPECT_EQ(Settings.Decimals, 3);
+    EXPECT_EQ(Settings.EndTime, 6U);
+    EXPECT_TRUE(Headless.programErrors.empty());
+}
+
+TEST_F(ReplayTest, AMultiplierOfWhichNothingIsLeftCountsAsOne) {
+    Settings.ClockMultiplier = 7;
+    Payload payload = Recorded([] { LogTiming(48, 48, static_cast<uint16_t>(65536), 7, 5, 5); });
+    EXPECT_EQ(Execute(payload, BACKWARD), 1);
+    EXPECT_EQ(Settings.ClockMultiplier, 1U);
+    EXPECT_EQ(Execute(payload, FORWARD), 1);
+    EXPECT_EQ(Settings.ClockMultiplier, 7U);
 }
 
 TEST_F(ReplayTest, NamesTooLongForARecordAreTold) {

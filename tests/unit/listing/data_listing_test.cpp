@@ -24,11 +24,13 @@ protected:
             &lines);
         return lines;
     }
-    // The lines that a list with room for so many takes.
+    // The lines that a list with room for so many takes. It is not asked again once it has refused one.
     static uint32_t Taken(uint16_t id, int room) {
-        return ListPatternData(
+        uint32_t taken = ListPatternData(
             PatternFromId(id),
             [](const char *, void *context) { return (*static_cast<int *>(context))-- > 0; }, &room);
+        EXPECT_GE(room, -1);
+        return taken;
     }
     uint16_t slices(const char *name, const std::vector<Use> &uses) {
         uint16_t id = MakePattern(name);
@@ -136,7 +138,23 @@ TEST_F(DataListing, CountsTheLinesThatWereTaken) {
     EXPECT_EQ(Taken(id, 100), 4u);
 }
 
+TEST_F(DataListing, PassesOverReferencesToNothing) {
+    uint16_t part = MakePattern("$p", {{1, 2}});
+    uint16_t id = MakePattern("A");
+    AddReference(id, {.id = 3000});
+    AddReference(id, {.id = part});
+    EXPECT_EQ(list(id), (Lines{"A - Bit", "  $p", "    Data - 1 - 2"}));
+    uint16_t reference = slices("B", {{.id = 3000, .sliceWidth = 1}, {.id = part, .sliceWidth = 1}});
+    AddTransition(reference, 1, 5);
+    EXPECT_EQ(list(reference), (Lines{"B - Reference", "          $p"}));
+}
+
 TEST_F(DataListing, EndsWithTheFirstLineThatIsNotTaken) {
+    uint16_t delayed = MakePattern("B", {{1, 1}});
+    PatternFromId(delayed)->delay = 5;
+    uint16_t reference = slices("C", {{.id = delayed}, {.id = delayed}});
+    for (uint16_t pattern : {delayed, reference})
+        for (int room : {0, 1, 2}) EXPECT_EQ(Taken(pattern, room), static_cast<uint32_t>(room));
     // Each pattern uses the one before twice, which makes more lines than anybody could wait for.
     uint16_t id = MakePattern("$0", {{1, 1}});
     for (int i = 1; i < 200; ++i) {

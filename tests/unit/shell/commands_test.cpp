@@ -1,11 +1,13 @@
 #include "shell/commands.h"
 
+#include "config/settings.h"
 #include "display/panes.h"
 #include "display/rows.h"
 #include "display/wave_view.h"
 #include "document/document.h"
 #include "editlog/edit_log.h"
 #include "headless/dialogs.h"
+#include "headless/edit_dialog.h"
 #include "headless/headless.h"
 #include "shell/mode_gestures.h"
 #include "shell/mouse_gesture.h"
@@ -117,6 +119,102 @@ TEST_F(Commands, ClosingEndsEditMode) {
     EXPECT_EQ(CommandState.CurrentCommand, COMMAND_QUERY_MODE);
 }
 
+// --- which mode is in force -----------------------------------------------------------------------
+
+TEST_F(Commands, TheMenuMarksTheModeInForceAlsoBeneathAViewCommand) {
+    auto marks = [] {
+        UpdateCommands();
+        return std::pair(Headless.checkedCommands[COMMAND_QUERY_MODE],
+                         Headless.checkedCommands[COMMAND_EDIT_MODE]);
+    };
+    EXPECT_EQ(marks(), std::pair(false, false)) << "before the first command";
+    DispatchCommand(COMMAND_EDIT_MODE);
+    EXPECT_EQ(marks(), std::pair(false, true));
+    DispatchCommand(COMMAND_PAN);
+    EXPECT_EQ(marks(), std::pair(false, true));
+    DispatchCommand(COMMAND_QUERY_MODE);
+    EXPECT_EQ(marks(), std::pair(true, false));
+    DispatchCommand(COMMAND_ZOOM_IN);
+    EXPECT_EQ(marks(), std::pair(true, false));
+}
+
+TEST_F(Commands, ACancelledCloseBringsBackTheModeInForce) {
+    EditLog.rPtr = 12;
+    for (int mode : {COMMAND_EDIT_MODE, COMMAND_QUERY_MODE}) {
+        DispatchCommand(mode);
+        Headless.alertAnswers = {3};
+        EXPECT_FALSE(MayClose());
+        EXPECT_EQ(CommandState.CurrentCommand, mode);
+        EXPECT_TRUE(Headless.checkedCommands[static_cast<uint32_t>(mode)]);
+    }
+    EditLog.rPtr = 0;
+}
+
+TEST_F(Commands, ACancelledCloseEndsAViewCommandAndKeepsTheModeBeneath) {
+    EditLog.rPtr = 12;
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_PAN);
+    Headless.alertAnswers = {3};
+    EXPECT_FALSE(MayClose());
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+    EXPECT_FALSE(CommandState.ViewCommandSaved);
+    EXPECT_EQ(CommandState.CursorMode, CURSOR_SELECT);
+    EditLog.rPtr = 0;
+}
+
+TEST_F(Commands, AnUnchangedDocumentMayCloseWithoutAQuestion) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    EXPECT_TRUE(MayClose());
+    EXPECT_TRUE(Headless.alerts.empty());
+}
+
+// --- the floating dialog that the user has closed -------------------------------------------------
+
+TEST_F(Commands, OnlyTheCommandOfEditModeOpensTheFloatingDialog) {
+    DispatchCommand(COMMAND_EDIT_MODE);
+    EXPECT_TRUE(HeadlessEditDialog.open);
+    HeadlessCloseEditDialog();
+    for (int id : {COMMAND_UNDO, COMMAND_REDO, COMMAND_PASTE, COMMAND_HIDE, COMMAND_REDRAW, COMMAND_NEW}) {
+        DispatchCommand(id);
+        EXPECT_FALSE(HeadlessEditDialog.open) << id;
+        EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE) << id;
+    }
+    MayClose();
+    EXPECT_FALSE(HeadlessEditDialog.open);
+    DispatchCommand(COMMAND_EDIT_MODE);
+    EXPECT_TRUE(HeadlessEditDialog.open) << "in Edit mode, too";
+    HeadlessCloseEditDialog();
+    DispatchCommand(COMMAND_QUERY_MODE);
+    EXPECT_FALSE(HeadlessEditDialog.open);
+    DispatchCommand(COMMAND_EDIT_MODE);
+    EXPECT_TRUE(HeadlessEditDialog.open);
+}
+
+// --- notices --------------------------------------------------------------------------------------
+
+TEST_F(Commands, ANoticeShowsWhenTheCommandIsOverAndGivesWayToTheNextPrompt) {
+    AddNotice("Three came back");
+    AddNotice("All are shown");
+    EXPECT_STRNE(PromptText, "Three came back.  All are shown.");
+    DispatchCommand(COMMAND_EDIT_MODE);
+    EXPECT_STREQ(PromptText, "Three came back.  All are shown.");
+    DispatchCommand(COMMAND_REDRAW);
+    EXPECT_STREQ(PromptText, "Time = 0 ps ");
+}
+
+TEST_F(Commands, TheMenuMarksWhetherTheKeysGoToTheWaves) {
+    UpdateCommands();
+    EXPECT_FALSE(Headless.checkedCommands[COMMAND_KEYS_TO_WAVES]);
+    DispatchCommand(COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_KEYS_TO_WAVES);
+    EXPECT_TRUE(Settings.KeysToWaves);
+    EXPECT_TRUE(Headless.checkedCommands[COMMAND_KEYS_TO_WAVES]);
+    EXPECT_EQ(CommandState.CurrentCommand, COMMAND_EDIT_MODE);
+    DispatchCommand(COMMAND_KEYS_TO_WAVES);
+    EXPECT_FALSE(Settings.KeysToWaves);
+    EXPECT_FALSE(Headless.checkedCommands[COMMAND_KEYS_TO_WAVES]);
+}
+
 TEST_F(Commands, ANewCommandClearsThePromptSubstitute) {
     snprintf(PromptSubstitute, PROMPT_SIZE, "CLK");
     DispatchCommand(COMMAND_QUERY_MODE);
@@ -214,15 +312,15 @@ TEST_F(Commands, OnlyWhatIsBuiltIsEnabledWithoutASelection) {
     EXPECT_EQ(
         enabled,
         (std::vector<uint32_t>{
-            COMMAND_REDRAW,        COMMAND_ZOOM_FIT,    COMMAND_ZOOM_IN_STEP, COMMAND_ZOOM_OUT_STEP,
-            COMMAND_ZOOM_IN,       COMMAND_ZOOM_OUT,    COMMAND_PAN,          COMMAND_FULL_FIT,
-            COMMAND_FULL_SCALE,    COMMAND_UNDO,        COMMAND_REDO,         COMMAND_SHOW_WAVEFORM_DATA,
-            COMMAND_PLACE_MARK,    COMMAND_TO_TIME,     COMMAND_TO_START,     COMMAND_TO_END,
-            COMMAND_TICK_LEFT,     COMMAND_TICK_RIGHT,  COMMAND_TEN_LEFT,     COMMAND_TEN_RIGHT,
-            COMMAND_ROW_UP,        COMMAND_ROW_DOWN,    COMMAND_NEW,          COMMAND_OPEN,
-            COMMAND_SAVE,          COMMAND_SAVE_AS,     COMMAND_EXIT,         COMMAND_HELP,
-            COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH, COMMAND_HELP_ON_HELP, COMMAND_ABOUT,
-            COMMAND_QUERY_MODE,    COMMAND_EDIT_MODE}));
+            COMMAND_REDRAW,     COMMAND_ZOOM_FIT,      COMMAND_ZOOM_IN_STEP,  COMMAND_ZOOM_OUT_STEP,
+            COMMAND_ZOOM_IN,    COMMAND_ZOOM_OUT,      COMMAND_PAN,           COMMAND_FULL_FIT,
+            COMMAND_FULL_SCALE, COMMAND_UNDO,          COMMAND_REDO,          COMMAND_SHOW_WAVEFORM_DATA,
+            COMMAND_PLACE_MARK, COMMAND_TO_TIME,       COMMAND_TO_START,      COMMAND_TO_END,
+            COMMAND_TICK_LEFT,  COMMAND_TICK_RIGHT,    COMMAND_TEN_LEFT,      COMMAND_TEN_RIGHT,
+            COMMAND_ROW_UP,     COMMAND_ROW_DOWN,      COMMAND_KEYS_TO_WAVES, COMMAND_NEW,
+            COMMAND_OPEN,       COMMAND_SAVE,          COMMAND_SAVE_AS,       COMMAND_EXIT,
+            COMMAND_HELP,       COMMAND_HELP_CONTENTS, COMMAND_HELP_SEARCH,   COMMAND_HELP_ON_HELP,
+            COMMAND_ABOUT,      COMMAND_QUERY_MODE,    COMMAND_EDIT_MODE}));
 }
 
 TEST_F(Commands, HideAndDuplicateNeedASelectedRow) {

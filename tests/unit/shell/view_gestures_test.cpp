@@ -1,5 +1,6 @@
 #include "shell/view_gestures.h"
 
+#include "display/mouse_place.h"
 #include "display/rows.h"
 #include "display/viewport.h"
 #include "headless/headless.h"
@@ -434,79 +435,110 @@ TEST_F(MouseGestures, NothingIsPickedWhileADocumentIsRead) {
 
 TEST_F(MouseGestures, TheWheelScrollsTheRows) {
     ShowRows(60);
-    WheelTurned(Pane::Wave, 0, -120, {}, 3);
+    WheelTurned(Pane::Wave, {0, 0}, -120, {}, 3);
     EXPECT_EQ(WaveView.TopRow, 3u);
-    WheelTurned(Pane::Name, 0, -240, {}, 3);
+    WheelTurned(Pane::Name, {0, 0}, -240, {}, 3);
     EXPECT_EQ(WaveView.TopRow, 9u);
-    WheelTurned(Pane::Wave, 0, 120, {}, 3);
+    WheelTurned(Pane::Wave, {0, 0}, 120, {}, 3);
     EXPECT_EQ(WaveView.TopRow, 6u);
-    WheelTurned(Pane::Wave, 0, 12000, {}, 3);
+    WheelTurned(Pane::Wave, {0, 0}, 12000, {}, 3);
     EXPECT_EQ(WaveView.TopRow, 0u);
-    WheelTurned(Pane::Wave, 0, -12000, {}, 3);
+    WheelTurned(Pane::Wave, {0, 0}, -12000, {}, 3);
     EXPECT_EQ(WaveView.TopRow, 30u);
 }
 
 TEST_F(MouseGestures, SmallTurnsOfTheWheelAddUp) {
     ShowRows(60);
-    for (int i = 0; i < 3; i++) WheelTurned(Pane::Wave, 0, -30, {}, 1);
+    for (int i = 0; i < 3; i++) WheelTurned(Pane::Wave, {0, 0}, -30, {}, 1);
     EXPECT_EQ(WaveView.TopRow, 0u);
-    WheelTurned(Pane::Wave, 0, -30, {}, 1);
+    WheelTurned(Pane::Wave, {0, 0}, -30, {}, 1);
     EXPECT_EQ(WaveView.TopRow, 1u);
-    WheelTurned(Pane::Wave, 0, -90, {}, 1);
-    WheelTurned(Pane::Wave, 0, 30, {}, 1);
-    WheelTurned(Pane::Wave, 0, -30, {}, 1);
+    WheelTurned(Pane::Wave, {0, 0}, -90, {}, 1);
+    WheelTurned(Pane::Wave, {0, 0}, 30, {}, 1);
+    WheelTurned(Pane::Wave, {0, 0}, -30, {}, 1);
     EXPECT_EQ(WaveView.TopRow, 1u);
     // What one direction has left over is no debt for the other.
-    WheelTurned(Pane::Wave, 0, 119, {}, 1);
-    WheelTurned(Pane::Wave, 0, -30, {}, 1);
-    WheelTurned(Pane::Wave, 0, -90, {}, 1);
+    WheelTurned(Pane::Wave, {0, 0}, 119, {}, 1);
+    WheelTurned(Pane::Wave, {0, 0}, -30, {}, 1);
+    WheelTurned(Pane::Wave, {0, 0}, -90, {}, 1);
     EXPECT_EQ(WaveView.TopRow, 2u);
 }
 
 TEST_F(MouseGestures, TheWheelWithShiftScrollsTheTime) {
-    WheelTurned(Pane::Wave, 0, -120, SHIFT, 3);
+    WheelTurned(Pane::Wave, {0, 0}, -120, SHIFT, 3);
     EXPECT_EQ(WaveView.ViewLeft, 100u);
-    WheelTurned(Pane::Wave, 0, 240, SHIFT, 3);
+    WheelTurned(Pane::Wave, {0, 0}, 240, SHIFT, 3);
     EXPECT_EQ(WaveView.ViewLeft, 0u);
-    WheelTipped(120);
+    WheelTipped(Pane::Wave, {0, 0}, 120);
     EXPECT_EQ(WaveView.ViewLeft, 100u);
     WaveView.TickMinor = TIME_FOREVER;
-    WheelTurned(Pane::Wave, 0, -12000, SHIFT, 3);
+    WheelTurned(Pane::Wave, {0, 0}, -12000, SHIFT, 3);
     EXPECT_EQ(WaveView.ViewLeft, WaveView.SpanEnd);
-    WheelTipped(-12000);
+    WheelTipped(Pane::Wave, {0, 0}, -12000);
     EXPECT_EQ(WaveView.ViewLeft, 0u);
+}
+
+TEST_F(MouseGestures, TheMousesTimeAndRowFollowTheWheel) {
+    ShowRows(60);
+    MouseMoved(Pane::Wave, 333, 50);
+    EXPECT_EQ(Mouse.time, 333u);
+    WheelTurned(Pane::Wave, {333, 50}, -240, SHIFT, 3);
+    EXPECT_EQ(Mouse.time, 533u);
+    WheelTipped(Pane::Wave, {333, 50}, -120);
+    EXPECT_EQ(Mouse.time, 433u);
+    EXPECT_EQ(Mouse.row, 2u);
+    WheelTurned(Pane::Wave, {333, 50}, -120, {}, 3);
+    EXPECT_EQ(Mouse.row, 5u);
+    WheelTurned(Pane::Ruler, {433, 5}, -120, CONTROL, 3);
+    EXPECT_EQ(WaveView.Scale, -1);
+    EXPECT_EQ(Mouse.time, MouseToTimeRow(Pane::Ruler, 433, 5).time);
+    // Beside the panels there is no place to note.
+    TimeVal before = Mouse.time;
+    WheelTurned(Pane::None, {0, 0}, -120, SHIFT, 3);
+    EXPECT_EQ(Mouse.time, before);
+}
+
+TEST_F(MouseGestures, AWheelThatTurnsDuringADragTakesItAlong) {
+    ShowRows(60);
+    Press(300, 10);
+    ASSERT_EQ(GestureState, GestureStateValue::QueryTracking);
+    MouseMoved(Pane::Wave, 333, 10);
+    WheelTurned(Pane::Wave, {333, 10}, -120, SHIFT, 3);
+    EXPECT_EQ(WaveView.CursorTime, 433u);
+    Release(333, 10);
+    EXPECT_EQ(WaveView.CursorTime, 433u);
 }
 
 TEST_F(MouseGestures, TheWheelWithControlZoomsAboutThePointer) {
     WaveView.ViewLeft = 5000;
-    WheelTurned(Pane::Wave, 800, 120, CONTROL, 3);
+    WheelTurned(Pane::Wave, {800, 0}, 120, CONTROL, 3);
     EXPECT_EQ(WaveView.Scale, 1);
     EXPECT_EQ(WaveView.ViewLeft, 5400u);
-    WheelTurned(Pane::Wave, 800, -120, CONTROL, 3);
+    WheelTurned(Pane::Wave, {800, 0}, -120, CONTROL, 3);
     EXPECT_EQ(WaveView.Scale, 0);
     EXPECT_EQ(WaveView.ViewLeft, 5000u);
-    WheelTurned(Pane::Ruler, 900, 240, CONTROL, 3);
+    WheelTurned(Pane::Ruler, {900, 0}, 240, CONTROL, 3);
     EXPECT_EQ(WaveView.Scale, 2);
     EXPECT_EQ(WaveView.ViewLeft, 5600u);
     // Over the names it is the left edge.
-    WheelTurned(Pane::Name, 50, 120, CONTROL, 3);
+    WheelTurned(Pane::Name, {50, 0}, 120, CONTROL, 3);
     EXPECT_EQ(WaveView.Scale, 3);
     EXPECT_EQ(WaveView.ViewLeft, 5600u);
 }
 
 TEST_F(MouseGestures, TheWheelStopsAtTheLimitsOfTheScaleWithoutAMessage) {
-    WheelTurned(Pane::Wave, 500, 12000, CONTROL, 3);
+    WheelTurned(Pane::Wave, {500, 0}, 12000, CONTROL, 3);
     EXPECT_EQ(WaveView.Scale, MaxScale());
-    WheelTurned(Pane::Wave, 500, -12000, CONTROL, 3);
+    WheelTurned(Pane::Wave, {500, 0}, -12000, CONTROL, 3);
     EXPECT_EQ(WaveView.Scale, -7);
     EXPECT_TRUE(Headless.userErrors.empty());
 }
 
 TEST_F(MouseGestures, TheWheelLeavesTheCommandInForce) {
     DispatchCommand(COMMAND_ZOOM_IN);
-    WheelTurned(Pane::Wave, 500, 120, CONTROL, 3);
+    WheelTurned(Pane::Wave, {500, 0}, 120, CONTROL, 3);
     EXPECT_EQ(CommandState.CurrentCommand, COMMAND_ZOOM_IN);
     DisplayOpen = 0;
-    WheelTurned(Pane::Wave, 500, 120, CONTROL, 3);
+    WheelTurned(Pane::Wave, {500, 0}, 120, CONTROL, 3);
     EXPECT_EQ(WaveView.Scale, 1);
 }

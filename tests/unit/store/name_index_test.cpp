@@ -98,6 +98,43 @@ TEST_F(NameIndex, TheVisitorCanStopTheVisit) {
     EXPECT_EQ(seen, newest);
 }
 
+// "[" and "{" are one to the hash, as a letter is in both cases; the others have been looked for.
+TEST_F(NameIndex, NamesOfOneHashAreToldApart) {
+    const char *const names[][2] = {{"$a[", "$a{"}, {" a", "b"}, {"b", "   g"}};
+    for (const auto &pair : names) {
+        uint16_t id = MakePattern(pair[0]);
+        EXPECT_EQ(NameIndexFind(pair[1]), 0) << pair[1];
+        uint16_t second = MakePattern(pair[1]);
+        EXPECT_EQ(NameIndexFind(pair[0]), id) << pair[0];
+        EXPECT_EQ(NameIndexFind(pair[1]), second) << pair[1];
+        DeletePattern(PatternFromId(second));
+        EXPECT_EQ(NameIndexFind(pair[0]), id) << pair[0];
+        DeletePattern(PatternFromId(id));
+    }
+}
+
+// So many stems that some of them share a chain.
+TEST_F(NameIndex, ANameOfManyElementsGoesAndComesWhole) {
+    std::string first, second;
+    for (int i = 0; i < 200; ++i) {
+        first += "A" + std::to_string(i) + ",";
+        second += "B" + std::to_string(i) + ",";
+    }
+    uint16_t other = MakePattern(first.c_str());
+    uint16_t id = MakePattern(first.c_str());
+    for (const std::string &name : {second, first, second}) {
+        RenamePattern(PatternFromId(id), name.c_str());
+        for (const char *letter : {"A", "B"}) {
+            for (int i = 0; i < 200; ++i) {
+                std::string member = letter + std::to_string(i);
+                ASSERT_EQ(IndexVisit(member), VisitByPosition(member)) << member;
+            }
+        }
+    }
+    EXPECT_EQ(IndexVisit("A7"), (std::vector<Hit>{{other, 8}}));
+    EXPECT_TRUE(IndexVisit("").empty());
+}
+
 TEST_F(NameIndex, EntriesWithoutARecordAreNotFound) {
     uint16_t id = MakePattern("A");
     PatternTable[id] = 0; // as a failed load leaves it
@@ -149,6 +186,11 @@ TEST_F(NameIndex, FollowsTheSeparatorOfLevelsWhichSaysWhatARangeIs) {
     EXPECT_EQ(IndexVisit("B<1>").size(), 1u);
     DeletePattern(PatternFromId(second));
     EXPECT_TRUE(IndexVisit("B<1>").empty());
+    MakePattern("C<3:0>");
+    DeletePattern(PatternFromId(1));
+    Settings.HierChar = '(';
+    EXPECT_EQ(IndexVisit("C<3:0>").size(), 1u);
+    EXPECT_TRUE(IndexVisit("A<3:0>").empty()) << "its id is free";
 }
 
 TEST_F(NameIndex, FindsMembersOfRangesOfEveryWidth) {

@@ -2,6 +2,7 @@
 
 #include "headless/headless.h"
 #include "store/mutators.h"
+#include "store/queries.h"
 #include "unit/support/fresh_store.h"
 #include <cstring>
 #include <map>
@@ -27,6 +28,11 @@ protected:
 
 void *RefuseMemory(void *, size_t) {
     return nullptr;
+}
+
+int requestsToRefusal;
+void *RefuseOnce(void *block, size_t size) {
+    return --requestsToRefusal == 0 ? nullptr : realloc(block, size);
 }
 
 TEST_F(PatternStore, TheFirstRecordStandsAtOffset4) {
@@ -240,6 +246,31 @@ TEST_F(PatternStore, ARecordEndsBefore65536Bytes) {
     close();
     EXPECT_EQ(HeapFault(), "");
     EXPECT_EQ(PatternFromId(id)->size, 65532);
+    // There is room for a longer name as long as the whole fits.
+    DeleteItem(PatternFromId(id), 0);
+    RenamePattern(PatternFromId(id), "1234567");
+    EXPECT_EQ(PatternFromId(id)->used(), 65532u);
+    RenamePattern(PatternFromId(id), "12345678901");
+    EXPECT_EQ(std::string(PatternFromId(id)->name()), "1234567");
+    EXPECT_EQ(HeapFault(), "");
+}
+
+// The open record's size is that before its last item, so that less than it takes seems to be needed.
+TEST_F(PatternStore, ARecordThatMovesOutOfAFullHeapNeedsRoomForAllOfIt) {
+    uint16_t hole = MakePattern("abc", Transitions(2726, {1, 1}));
+    MakePattern("def", Transitions(2725, {0, 1}));
+    uint16_t open = MakePattern("", Transitions(2726, {1, 2}));
+    ASSERT_EQ(PatternTable[open] + PatternFromId(open)->used(), 65536u);
+    PatternRelease(PatternFromId(hole));
+    std::string before = StoreText();
+    // The holes give room for the record as it is, and not for another item.
+    ASSERT_EQ(HoleBytes, static_cast<int32_t>(PatternFromId(open)->used() + 4));
+    AddTransition(open, 0, 7);
+    EXPECT_EQ(HeapSize, 2 * 65536);
+    EXPECT_EQ(HeapFault(), "");
+    EXPECT_EQ(PatternFromId(open)->item(2726).duration(), 7u);
+    DeleteItem(PatternFromId(open), 2726);
+    EXPECT_EQ(StoreText(), before);
 }
 
 TEST_F(PatternStore, WithoutMemoryAChangeIsRefusedAndNothingIsLost) {
@@ -263,7 +294,36 @@ TEST_F(PatternStore, AStoreThatCannotBeMadeSaysWhichBlockIsMissing) {
     EXPECT_EQ(Headless.programErrors,
               (std::vector<std::string>{"Unable to Allocate Pattern Memory for WDL",
                                         "Unable to Allocate State Table Memory for WDL"}));
+    // The table of the patterns, their heap, and the state tables.
+    const char *const messages[] = {"Unable to Allocate Pattern Memory for WDL",
+                                    "Unable to Allocate Pattern Memory for WDL",
+                                    "Unable to Allocate State Table Memory for WDL"};
+    for (int block = 0; block < 3; ++block) {
+        PatternStoreFree();
+        Headless.programErrors.clear();
+        requestsToRefusal = block + 1;
+        ResizeBlock = RefuseOnce;
+        EXPECT_EQ(PatternStoreInit(), 0);
+        EXPECT_EQ(Headless.programErrors, std::vector<std::string>{messages[block]});
+    }
     ResizeBlock = realloc;
+}
+
+TEST_F(PatternStore, ACopyBringsBackAPatternWhoseIdANamedOneHasTakenSince) {
+    uint16_t unnamed = MakePattern("", {{1, 7}});
+    uint16_t free = MakePattern("");
+    DeletePattern(PatternFromId(free));
+    std::string before = StoreText();
+    StoreCopy copy = CopyStore();
+    DeletePattern(PatternFromId(unnamed));
+    ASSERT_EQ(MakePattern("N"), unnamed);
+    ASSERT_EQ(MakePattern("M"), free);
+    RestoreStore(copy);
+    EXPECT_EQ(StoreText(), before);
+    EXPECT_EQ(FindPattern("N"), nullptr);
+    EXPECT_EQ(MakePattern("N"), free);
+    EXPECT_EQ(FindPattern("N")->id, free);
+    EXPECT_EQ(HeapFault(), "");
 }
 
 TEST_F(PatternStore, ANamedRecordHasRoomForItsName) {

@@ -121,6 +121,34 @@ TEST_F(Queries, AnEmptyCompositeHasNoLength) {
     EXPECT_EQ(length(id), 0u);
 }
 
+// Within a replay of the log.
+TEST_F(Queries, AMemberThatIsNotThereIsAsLongAsNothing) {
+    uint16_t id = MakePattern("$A");
+    AddReference(id, {MakePattern("$B", {{1, 10}})}, PatternKind::Composite);
+    EXPECT_EQ(length(id), 10u);
+    AddReference(id, {77}, PatternKind::Composite);
+    EXPECT_EQ(length(id), 0u);
+}
+
+TEST_F(Queries, WithoutAViewLengthsAreMeasuredAllTheSame) {
+    ExtendSpanHook = nullptr;
+    MakePattern("$A", {{1, 10}});
+    EXPECT_EQ(UpdateFullDuration(), 10u);
+}
+
+TEST_F(Queries, FreeIdsHaveNoEnd) {
+    uint16_t id = MakePattern("$A", {{1, 100}});
+    MakePattern("$B", {{1, 10}});
+    EXPECT_EQ(LongestPatternEnd(), 100u);
+    DeletePattern(PatternFromId(id));
+    EXPECT_EQ(LongestPatternEnd(), 10u);
+}
+
+TEST_F(Queries, AnEndlessDelayMakesTheDocumentEndless) {
+    SetPatternDelay(PatternFromId(MakePattern("$A")), TIME_FOREVER);
+    EXPECT_EQ(LongestPatternEnd(), TIME_FOREVER);
+}
+
 TEST_F(Queries, AnEmptyStoreExtendsTheSpanByNothing) {
     EXPECT_EQ(UpdateFullDuration(), 0u);
     EXPECT_EQ(spans, std::vector<TimeVal>{0});
@@ -201,6 +229,20 @@ TEST_F(Queries, AskingInTheMidstOfAnEditHidesNothingFromThoseAbove) {
     EXPECT_TRUE(PatternFromId(top)->changed());
     ValidateDurations();
     EXPECT_EQ(PatternFromId(middle)->duration, 25u);
+}
+
+// Of the parameters, too.
+TEST_F(Queries, AskingBehindNewParametersHidesNothingFromThoseAbove) {
+    uint16_t node = MakePattern("N", {{0, 10}});
+    uint16_t bus = MakePattern("C");
+    AddReference(bus, {node});
+    AddReference(bus, {node}, PatternKind::Composite);
+    ValidateDurations();
+    EXPECT_EQ(length(bus), 10u);
+    SetPatternParams(PatternFromId(node), 0, 0, 1, 7, 50, 0);
+    EXPECT_EQ(length(node), 70u);
+    EXPECT_EQ(length(bus), 70u);
+    EXPECT_TRUE(PatternFromId(bus)->changed());
 }
 
 TEST_F(Queries, BusMembersCompareWithCase) {

@@ -58,6 +58,8 @@ TEST_F(SignalName, TheCanonicalFormHasSquareBracketsAndColons) {
     EXPECT_EQ(Canonical("Q(7,0,2"), "Q[7:0:2]");
     EXPECT_EQ(Canonical("D{1;2}"), "D[1:2]");
     EXPECT_EQ(Canonical(""), "");
+    NameChars.HierarchyChar = 'x'; // letters may separate levels, too
+    EXPECT_EQ(Canonical("AxBx_C"), "A.B._C");
 }
 
 TEST_F(SignalName, BlanksControlsAndHighBytesDisappear) {
@@ -120,6 +122,13 @@ TEST_F(SignalName, APlainNameIsOneMember) {
 
 TEST_F(SignalName, ARangeWithoutANumberIsBitZero) {
     EXPECT_EQ(Members("A[]"), Texts{"A[0]"});
+}
+
+TEST_F(SignalName, NumbersOfARangeMayHaveBlanksAndASignInFront) {
+    EXPECT_EQ(Members("A[ \t\r+1:\v 0]"), (Texts{"A[1]", "A[0]"}));
+    EXPECT_EQ(Members("A[1- 0]"), (Texts{"A[1]", "A[0]"}));
+    EXPECT_EQ(Members("A[1:-1]"), (Texts{"A[1]", "A[0]", "A[-1]"}));
+    for (const char *name : {"A[\b1]", "A[\x0E 1]", "A[x1]"}) EXPECT_EQ(Members(name), Texts{"A[0]"}) << name;
 }
 
 TEST_F(SignalName, AStepOfZeroIsOneAndAContradictingOneVisitsNothing) {
@@ -233,6 +242,25 @@ TEST_F(SignalName, ComparesWithoutCase) {
     EXPECT_TRUE(EqualIgnoringCase("Default", "DEFAULT"));
     EXPECT_FALSE(EqualIgnoringCase("Default", "Defaults"));
     EXPECT_FALSE(EqualIgnoringCase("[", "{"));
+}
+
+TEST_F(SignalName, MembersBeyond32BitsAreNone) {
+    EXPECT_EQ(BusMemberPosition("A[0:2147483647]", "A[2147483647]"), 2147483648u);
+    EXPECT_EQ(BusMemberPosition("A[0:2147483647]", "A[2147483648]"), 0u);
+    // A range that goes further is held within 32 bits.
+    EXPECT_EQ(BusMemberPosition("A[0:9999999999]", "A[2147483647]"), 2147483648u);
+    EXPECT_EQ(BusMemberPosition("A[0:9999999999]", "A[9999999999]"), 0u);
+    EXPECT_EQ(BusMemberPosition("A[0:9999999999]", "A[99999999999999999999]"), 0u);
+    EXPECT_EQ(BusMemberPosition("A[-1:-9999999999]", "A[-2147483647]"), 2147483647u);
+    EXPECT_EQ(BusMemberPosition("A[-1:-9999999999]", "A[-2147483649]"), 0u);
+}
+
+TEST_F(SignalName, AMemberHasTheBracketsOfItsRange) {
+    EXPECT_EQ(BusMemberPosition("A[3:0]", "A[1]"), 3u);
+    for (const char *member : {"A[1>", "A[1", "A<1]", "A[", ""}) {
+        EXPECT_EQ(BusMemberPosition("A[3:0]", member), 0u) << member;
+    }
+    EXPECT_EQ(MemberStem("").text, "");
 }
 
 } // namespace

@@ -112,6 +112,57 @@ TEST_F(StateTables, FieldsAreSeparatedByBlanksCommasApostrophesAndEqualsSigns) {
     EXPECT_STREQ(row(1, 0).stateAbbrev, "O N");
 }
 
+TEST_F(StateTables, ATableMayBeNamedInSmallOrInLargeLetters) {
+    for (char first : {'a', 'z', 'A', 'Z'}) {
+        std::string name(1, first);
+        load("[StateTable\n" + name + "\n0 0 4 L Low L\n");
+        EXPECT_EQ(find(name), 1) << name;
+    }
+    // What stands beside the letters begins no name.
+    for (char first : {'`', '{', '@', '[', '_'}) {
+        load("[StateTable\nTri\n " + std::string(1, first) + "x\n0 0 4 L Low L\n");
+        EXPECT_EQ(tables(), 2u) << first;
+        EXPECT_EQ(find("Tri"), 1) << first;
+    }
+}
+
+TEST_F(StateTables, WithoutMemoryForOneTableTheNextOnesAreRead) {
+    ResizeBlock = RefuseMemory;
+    load("[StateTable\nBig\n" + Row(255, "Last") + "Tri\n0 0 4 L Low L\n");
+    ResizeBlock = realloc;
+    EXPECT_EQ(find("Big"), -1);
+    EXPECT_EQ(find("Tri"), 1);
+    EXPECT_STREQ(row(1, 0).stateName, "Low");
+}
+
+TEST_F(StateTables, NumbersMayHaveBlanksAndASignInFront) {
+    load("[StateTable\nTri\n\" +1\" -5 +7 H High H\n\" \" 99999999999 -99999999999 L Low L\n");
+    EXPECT_EQ(StateTableAt(1)->rowCount, 2);
+    EXPECT_STREQ(row(1, 1).stateName, "High");
+    EXPECT_EQ(row(1, 1).level, -1);
+    EXPECT_EQ(row(1, 1).colorIndex, 7);
+    // What holds no number is 0, and what is beyond 32 bits the largest or the smallest of them.
+    EXPECT_STREQ(row(1, 0).stateName, "Low");
+    EXPECT_EQ(row(1, 0).level, 2147483647 % 4);
+    EXPECT_EQ(row(1, 0).colorIndex, static_cast<uint8_t>(-2147483647));
+}
+
+TEST_F(StateTables, RowsMayComeInAnyOrder) {
+    load("[StateTable\nTri\n" + Row(2, "Two") + Row(0, "None") + Row(1, "One"));
+    EXPECT_EQ(StateTableAt(1)->rowCount, 3);
+    EXPECT_STREQ(row(1, 0).stateName, "None");
+    EXPECT_STREQ(row(1, 2).stateName, "Two");
+}
+
+TEST_F(StateTables, TheLastLineMayLackItsEnd) {
+    load("[StateTable\nTri\n0 1 4 H High \"X");
+    EXPECT_STREQ(row(1, 0).stateAbbrev, "X");
+    load("[StateTable\nTri\n0 1 4 H High XY");
+    EXPECT_STREQ(row(1, 0).stateAbbrev, "XY");
+    load("[StateTable\nTri\n0 1 4 H High H\nTri");
+    EXPECT_EQ(find("Tri"), -1) << "it has been taken away again";
+}
+
 TEST_F(StateTables, NamesAreCut) {
     load("[StateTable\nTristates and more\n0 0 4 L ABCDEFGHIJKLMNOPQRST WXYZ\n");
     EXPECT_STREQ(StateTableAt(1)->tableName, "Tristat");
@@ -223,6 +274,19 @@ TEST_F(StateTables, AStateBeyondTheTableIsItsLastRow) {
     EXPECT_EQ(StateLevel(0, 4), 1);
     EXPECT_EQ(StateLevel(0, 0xFFFFFFFF), 1);
     EXPECT_EQ(StateLevel(9, 1), 0);
+}
+
+TEST_F(StateTables, ATableWithoutRowsHasUndefinedStates) {
+    ASSERT_NE(AllocStateTable(0), nullptr);
+    EXPECT_STREQ(row(1, 0).stateName, "??");
+    EXPECT_EQ(StateLevel(1, 7), 2);
+}
+
+TEST_F(StateTables, WithoutTheStoreThereIsTheBuiltInTableAlone) {
+    PatternStoreFree();
+    EXPECT_EQ(tables(), 0u);
+    EXPECT_EQ(find("Default"), -1);
+    EXPECT_STREQ(StateTableOrDefault(0)->tableName, "Default");
 }
 
 TEST_F(StateTables, LongLinesAreReadInPieces) {

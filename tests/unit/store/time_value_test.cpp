@@ -133,6 +133,15 @@ TEST_F(TimeText, AUnitFromADamagedFileStillPrints) {
     }
 }
 
+TEST_F(TimeText, DecimalsStayWithinTheirRange) {
+    setUnit(12, -1);
+    EXPECT_STREQ(TimeFormat(1234), "1,234 ps");
+    EXPECT_EQ(TimeParse("12.5"), 13u);
+    setUnit(12, 9);
+    EXPECT_STREQ(TimeFormat(1234), "1.234 ps");
+    EXPECT_EQ(TimeParse("12.5"), 12500u);
+}
+
 TEST_F(TimeText, PlainTextHasNoSeparators) {
     char buffer[TIME_TEXT_SIZE];
     EXPECT_STREQ(TimePlainText(1234567), "1234567");

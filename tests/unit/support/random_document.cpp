@@ -8,6 +8,7 @@
 #include "store/signal_name.h"
 #include "store/state_table.h"
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <set>
@@ -128,14 +129,20 @@ private:
         }
     }
 
-    // A composite with a name among its later members: without one it reads as a plain pattern.
+    // A composite: names, nests and data, each behind each other, but for data in front, which only an edit
+    // can put there. Without another reference than the first one it reads as a plain pattern.
     void addMembers(uint16_t id, uint32_t depth) {
         if (defined.empty()) return;
         uint32_t count = 2 + random.below(4);
-        uint32_t named = 1 + random.below(count - 1);
+        uint32_t reference = 1 + random.below(count - 1);
         for (uint32_t i = 0; i < count; ++i) {
             PatternKind kind = i == 0 ? PatternKind::Plain : PatternKind::Composite;
-            addUse(id, i == named ? 0 : depth, kind);
+            if (i != 0 && i != reference && random.once(3)) {
+                Pattern *pattern = PatternFromId(id);
+                InsertTransition(pattern, pattern->itemCount, random.below(4), random.below(500));
+            } else {
+                addUse(id, depth, kind);
+            }
         }
     }
 
@@ -178,7 +185,15 @@ private:
 
     // --- bits and buses of bits ---
 
+    // Now and then in another case of letters.
     std::string memberOf(uint16_t id) {
+        std::string member = exactMemberOf(id);
+        if (!random.once(4)) return member;
+        for (char &c : member) c = static_cast<char>(random.once(2) ? toupper(c) : tolower(c));
+        return member;
+    }
+
+    std::string exactMemberOf(uint16_t id) {
         std::vector<std::string> members;
         ForEachBusMember(
             PatternFromId(id)->name(),
@@ -228,6 +243,87 @@ private:
     std::vector<uint16_t> defined; // the sub-patterns that may be referred to
 };
 
+// Names from a few letters, so that patterns hold each other's bits in all ways that there are.
+class Tangle {
+public:
+    explicit Tangle(uint32_t seed) : random(seed) {}
+
+    void build() {
+        uint32_t steps = 2 + random.below(14);
+        for (uint32_t i = 0; i < steps; ++i) {
+            if (random.once(6)) {
+                remove(1 + random.below(HighestPatternId));
+            } else if (random.once(3)) {
+                // As if it were used before it is defined.
+                std::string text = "$" + name();
+                text.reserve(text.size() + 2);
+                CanonicalizeName(text.data());
+                if (!FindPattern(text.c_str())) use(CreatePattern(0, text.c_str(), 0)->id);
+            } else {
+                std::string text = (random.once(3) ? "$" : "") + name();
+                text.reserve(text.size() + 2);
+                Pattern *pattern = FindOrCreateNode(text.data(), 0);
+                if (pattern && pattern->kind() != PatternKind::Reference) fill(pattern->id);
+            }
+        }
+    }
+
+private:
+    std::string name() {
+        constexpr const char *stems[] = {"A",    "a",      "B",      "A[1]",      "a[1]",
+                                         "A[0]", "A[1:0]", "a[1:0]", "A[2:1]",    "A[1:1]",
+                                         "B,A",  "a,B",    "B,a[1]", "A[0],a[0]", "W[40:0]"};
+        std::string text = stems[random.below(std::size(stems))];
+        if (random.once(6)) text += std::string(",") + stems[random.below(std::size(stems))];
+        return text;
+    }
+
+    // A node, older or newer, begins to use the pattern.
+    void use(uint16_t target) {
+        char text[16];
+        snprintf(text, sizeof text, "n%u", random.below(4));
+        Pattern *user = FindOrCreateNode(text, 0);
+        refer(user->id, target, PatternKind::Plain);
+    }
+
+    void refer(uint16_t id, uint16_t target, PatternKind kind) {
+        if (WouldCloseCircle(id, target)) return;
+        Pattern *pattern = PatternFromId(id);
+        if (pattern->itemCount == 0) kind = PatternKind::Plain;
+        if (pattern->itemCount == 1 && !pattern->item(0).isReference()) kind = PatternKind::Plain;
+        InsertReference(pattern, kind, pattern->itemCount, target, 1, 1, 0, 0, 0);
+    }
+
+    void fill(uint16_t id) {
+        PatternKind kind = random.once(2) ? PatternKind::Composite : PatternKind::Plain;
+        if (PatternFromId(id)->itemCount > 1) kind = PatternFromId(id)->kind();
+        for (uint32_t i = random.below(3); i > 0; --i) {
+            auto target = static_cast<uint16_t>(1 + random.below(HighestPatternId));
+            if (mayUse(PatternFromId(id), target)) refer(id, target, kind);
+            Pattern *pattern = PatternFromId(id);
+            if (random.once(2))
+                InsertTransition(pattern, pattern->itemCount, random.below(2), random.below(9));
+        }
+    }
+
+    // A sub-pattern; one that only looks at others in a later node alone, as its name may lead astray, and
+    // then even to a pattern that uses it.
+    static bool mayUse(const Pattern *user, uint16_t target) {
+        if (!PatternInUse(target) || PatternFromId(target)->name()[0] != '$') return false;
+        if (PatternFromId(target)->kind() != PatternKind::Reference) return true;
+        return user->hasProperties() && user->id > target;
+    }
+
+    void remove(uint32_t id) {
+        if (!PatternInUse(id) || IsPatternReferenced(static_cast<uint16_t>(id))) return;
+        Pattern *pattern = PatternFromId(id);
+        while (pattern->itemCount > 0) DeleteItem(pattern, static_cast<uint16_t>(pattern->itemCount - 1));
+        DeletePattern(pattern);
+    }
+
+    Random random;
+};
+
 std::string TextOfItems(const Pattern *pattern) {
     std::string text;
     for (uint32_t i = 0; i < pattern->itemCount; ++i) {
@@ -274,6 +370,10 @@ void AddRandomStateTables() {
 
 void BuildRandomDocument(uint32_t seed) {
     Builder(seed).build();
+}
+
+void BuildTangledDocument(uint32_t seed) {
+    Tangle(seed).build();
 }
 
 std::string DocumentText() {

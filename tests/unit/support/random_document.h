@@ -26,6 +26,10 @@ void AddRandomStateTables();
 // the routines that edits go through. What the stimulus language cannot say does not occur in it.
 void BuildRandomDocument(uint32_t seed);
 
+// Fills the empty store with a few patterns that hold each other's bits, in both cases of letters, used
+// before they are defined, composites and all, some of them deleted again.
+void BuildTangledDocument(uint32_t seed);
+
 // The store and the document's settings as text that does not depend on ids: the named patterns by name, the
 // unnamed ones where they are used. Equal texts are equal documents.
 std::string DocumentText();

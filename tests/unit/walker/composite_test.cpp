@@ -127,6 +127,18 @@ TEST_F(Composites, BeginBehindADelayWithoutEnd) {
     EXPECT_EQ(WalkText(composite("c", {{.id = n}}, PatternKind::Reference)), "0-4294967295=0L");
 }
 
+TEST_F(Composites, RepeatAMemberForeverHoweverManyRoundsThatTakes) {
+    uint16_t inner = MakePattern("$p", {{1, 1}, {0, 1}});
+    uint16_t endless = MakePattern("$e");
+    AddReference(endless, {.id = inner, .repeat = REPEAT_FOREVER});
+    uint16_t id = composite("c[1:0]", {{.id = endless}, {.id = MakePattern("$h", {{1, 300000}})}});
+    WalkResult walk = Walk(id);
+    EXPECT_EQ(walk.segments.size(), 300000u);
+    EXPECT_EQ(walk.segments.back().value, 1u);
+    EXPECT_EQ(walk.segments[walk.segments.size() - 2].value, 3u);
+    EXPECT_EQ(walk.segments.back().end, 300000u);
+}
+
 TEST_F(Composites, EndWhenACachedLengthIsOutOfDate) {
     uint16_t leaf = MakePattern("$p0", {{1, 5}});
     uint16_t member = leaf;
@@ -246,6 +258,11 @@ TEST_F(Composites, ShowPhasesBelowTwiceTheLimitAsActivity) {
     uint16_t id = composite("s", {{.id = n, .sliceWidth = 1}}, PatternKind::Reference);
     EXPECT_EQ(WalkText(id, {.flags = WalkSync, .minDetail = 3}), "0-40=0~L");
     EXPECT_EQ(Walk(id, {.flags = WalkSync, .minDetail = 2}).segments.size(), 8u);
+    // Twice the limit is not above it.
+    uint16_t m = MakePattern("m", {{1, 4}});
+    setParams(m, SignalFormat::RZ, 8, 50);
+    id = composite("t", {{.id = m, .sliceWidth = 1}}, PatternKind::Reference);
+    EXPECT_EQ(WalkText(id, {.flags = WalkSync, .minDetail = 2}), "0-32=0~L");
 }
 
 TEST_F(Composites, ShowNestingBeyondTenLevelsAsActivity) {
@@ -291,6 +308,19 @@ TEST_F(Composites, WithoutMembersShowNothingButTheirDelay) {
     EXPECT_EQ(Walk(id).answer, 0);
     SetPatternDelay(PatternFromId(id), 5);
     EXPECT_EQ(WalkText(id), "0-4294967295=0L");
+}
+
+TEST_F(Composites, PassOverReferencesToNothing) {
+    uint16_t a = MakePattern("$a", {{1, 4}});
+    // It takes no time and has no bit.
+    uint16_t id = composite("c[1:0]", {{.id = a}, {.id = 3000}, {.id = a}});
+    EXPECT_EQ(Walk(id).answer, 0);
+    SetPatternDelay(PatternFromId(id), 5);
+    EXPECT_EQ(WalkText(id), "0-4=3");
+    uint16_t b = MakePattern("$b", {{0, 4}});
+    AddReference(b, {.id = 3000});
+    AddTransition(b, 1, 2);
+    EXPECT_EQ(WalkText(composite("d", {{.id = b}})), "0-4=0 4-6=1L");
 }
 
 TEST_F(Composites, PassOverADataItemAmongTheirMembers) {

@@ -132,6 +132,28 @@ TEST_F(Walker, DeliversARepeatForeverUpToTheWindowsEnd) {
     EXPECT_EQ(WalkText(id, {.from = 4000000000u, .to = 4000000001u}), "3999999997-4000000002=1L");
 }
 
+TEST_F(Walker, DeliversARepeatForeverHoweverManyRoundsThatTakes) {
+    uint16_t inner = MakePattern("$p", {{1, 1}, {0, 1}});
+    uint16_t id = MakePattern("a");
+    AddReference(id, {.id = inner, .repeat = REPEAT_FOREVER});
+    for (uint32_t flags : {0u, uint32_t{WalkNames}, uint32_t{WalkWaves}}) {
+        WalkResult walk = Walk(id, {.to = 300000, .flags = flags});
+        EXPECT_EQ(walk.segments.size(), flags & WalkNames ? 150000u : 300000u);
+        EXPECT_EQ(walk.segments.back().end, 300000u);
+        EXPECT_TRUE(walk.segments.back().segFlags & SegLast);
+    }
+}
+
+TEST_F(Walker, EndsARepeatForeverThatMovesNothing) {
+    // Its cached length is out of date.
+    uint16_t inner = MakePattern("$p", {{1, 5}});
+    uint16_t id = MakePattern("a");
+    AddReference(id, {.id = inner, .repeat = REPEAT_FOREVER});
+    PatternDuration(PatternFromId(id));
+    DeleteItem(PatternFromId(inner), 0);
+    EXPECT_EQ(WalkText(id), "");
+}
+
 TEST_F(Walker, ReachesTheEndOfTime) {
     uint16_t inner = MakePattern("$p", {{1, 5}, {0, 5}});
     uint16_t id = MakePattern("a");
@@ -185,6 +207,11 @@ TEST_F(Walker, DeliversAFineItemTwice) {
     EXPECT_EQ(WalkText(id, {.minDetail = 4}), "0-3=0~ 0-3=0~ 3-13=1L");
     EXPECT_EQ(WalkText(id, {.to = 3, .minDetail = 4}), "0-3=0~L 0-3=0~L");
     EXPECT_EQ(WalkText(id, {.minDetail = 3}), "0-3=0 3-13=1L");
+    for (size_t limit : {1, 2}) {
+        WalkResult walk = Walk(id, {.minDetail = 4}, limit);
+        EXPECT_EQ(walk.answer, 0);
+        EXPECT_EQ(TextOf(walk.segments), limit == 1 ? "0-3=0~" : "0-3=0~ 0-3=0~");
+    }
 }
 
 TEST_F(Walker, JoinsTheRepetitionsOfAFineReference) {

@@ -4,8 +4,11 @@
 #include "unit/wdl/wdl_test.h"
 #include "wdl/compiler.h"
 #include "wdl/error_listing.h"
+#include "wdl/lexer.h"
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
+#include <unistd.h>
 
 namespace {
 
@@ -127,4 +130,27 @@ TEST_F(ErrorListing, TellsEachErrorToTheHook) {
     EXPECT_EQ(errors[0].line, 2);
     EXPECT_EQ(errors[0].column, 11);
     EXPECT_EQ(errors[0].message, "Invalid operation on right of '='");
+}
+
+TEST_F(ErrorListing, HoldsNothingWhereTheDiskDoesNotGiveTheFile) {
+    std::string text;
+    while (text.size() < 150000) text += "        \n";
+    std::string path = scratch.write("doc.wdl", text);
+    int handle = open(path.c_str(), O_RDONLY);
+    close(handle); // the next file gets the same one
+    TextReader reader(path.c_str());
+    OpenErrorListing("doc.wdl");
+    InitWdlLexer(&reader);
+    ASSERT_NE(WdlReadLine(), 0);
+    int unreadable = open("/dev/null", O_WRONLY);
+    dup2(unreadable, handle);
+    close(unreadable);
+    // The line in which the block ends is cut off.
+    while (WdlErrorCount == 0 && WdlReadLine() != 0) {}
+    EXPECT_EQ(WdlErrorCount, 1);
+    EXPECT_TRUE(reader.failed());
+    EXPECT_TRUE(errors.empty());
+    CloseErrorListing();
+    EXPECT_FALSE(exists("doc.err"));
+    EXPECT_TRUE(Headless.startedProcesses.empty());
 }

@@ -3,6 +3,7 @@
 #include "store/signal_name.h"
 #include "unit/wdl/wdl_test.h"
 #include "wdl/error_listing.h"
+#include <cstring>
 
 namespace {
 
@@ -85,6 +86,65 @@ TEST_F(Lexer, ALineEndSplitsATokenAndCountsAsABlank) {
     EXPECT_EQ(Left("%ENDTIME\n=5;\n"), "27:%ENDTIME =5|1:;");
 }
 
+TEST_F(Lexer, TheBytesAroundTheEdgesOfTheBlanks) {
+    for (int c = 1; c < 256; ++c) {
+        if (c == '\n' || c == '\r' || c == '|') continue;
+        std::string mark(1, static_cast<char>(c));
+        bool blank = c <= ' ' || c >= 128;
+        bool ends = blank || c == ';';
+        std::string left = Left("$x" + mark + "yz\n");
+        EXPECT_EQ(left.starts_with("11:$x|") || left == "11:$x", ends) << c;
+        EXPECT_EQ(Right("1" + mark + "5\n") == "8:1|8:5", blank || c == ',') << c;
+        bool letter = (c >= 'g' && c <= 'z') || (c >= 'G' && c <= 'Z');
+        EXPECT_EQ(FirstMessage() == "Illegal use of name", letter) << c;
+    }
+}
+
+TEST_F(Lexer, TellsWhereInTheFileACharacterOfATokenStands) {
+    TextReader reader(std::string_view("\n  a { b\r\n  cd\n\n ef }\n"));
+    OpenErrorListing("document.wdl");
+    InitWdlLexer(&reader);
+    WdlNextToken();
+    ASSERT_EQ(WdlNextToken(), TOKEN_BLOCK);
+    auto placeOf = [](const char *word) {
+        WdlPlace place = WdlPlaceInToken(static_cast<uint32_t>(strstr(WdlText, word) - WdlText));
+        return std::to_string(place.line) + ":" + std::to_string(place.column);
+    };
+    EXPECT_EQ(placeOf("{"), "2:5");
+    EXPECT_EQ(placeOf("b"), "2:7");
+    EXPECT_EQ(placeOf("cd"), "3:3");
+    EXPECT_EQ(placeOf("ef"), "5:2");
+    EXPECT_EQ(placeOf("}"), "5:5");
+}
+
+TEST_F(Lexer, AFileThatIsNoTextIsToldAsSuch) {
+    using namespace std::string_view_literals;
+    Left("\x7f"
+         "ELF\2\1\1\0\0\0\n"sv);
+    EXPECT_EQ(FirstMessage(), NOT_A_TEXT);
+    Left("a = 1 5;\nb\0\n"sv);
+    EXPECT_EQ(FirstMessage(), NOT_A_TEXT);
+    Left("\0\n"sv);
+    EXPECT_EQ(FirstMessage(), NOT_A_TEXT);
+    Left(std::string(2000, '\x01'));
+    EXPECT_EQ(FirstMessage(), NOT_A_TEXT);
+    for (const char *character : {"\x1a", "\t", "\xff", "~", "\v", "\f"}) {
+        Left(std::string(2000, *character));
+        EXPECT_EQ(FirstMessage(), "Line is too long - Max is 1024 characters");
+    }
+    Left("no line feed");
+    EXPECT_EQ(FirstMessage(), "Line is too long - Max is 1024 characters");
+}
+
+TEST_F(Lexer, ANameThatNeedsABracketMustLeaveRoomForIt) {
+    std::string longest = "]%" + std::string(1018, 'n');
+    EXPECT_EQ(Left(longest + "\n"), "11:%" + std::string(1018, 'n'));
+    EXPECT_EQ(Left("]%" + std::string(1016, 'n') + "[1\n"), "11:%" + std::string(1016, 'n') + "[1]");
+    EXPECT_EQ(Left("]%" + std::string(1017, 'n') + "[1\n"), "");
+    EXPECT_EQ(FirstMessage(), "Token is too long");
+    EXPECT_EQ(Left(std::string(1018, 'n') + "[1\n"), "11:" + std::string(1018, 'n') + "[1]");
+}
+
 TEST_F(Lexer, BytesFrom128UpAreBlanks) {
     EXPECT_EQ(Left("\xe4\xff name\n"), "11:name");
     EXPECT_EQ(Left("na\xe4me\n"), "11:na|11:me");
@@ -163,6 +223,19 @@ TEST_F(Lexer, APendingTokenIsGivenBackOnce) {
     EXPECT_EQ(WdlNextToken(), TOKEN_NAME);
 }
 
+TEST_F(Lexer, BehindAPendingTokenNoPairIsRead) {
+    TextReader reader(std::string_view("1 5 0 7\n"));
+    InitWdlLexer(&reader);
+    WdlReadLine();
+    uint32_t value = 9, duration = 9;
+    WdlPendingToken = TOKEN_PLUS;
+    EXPECT_FALSE(WdlReadPair(false, value, duration));
+    WdlNextToken();
+    EXPECT_TRUE(WdlReadPair(false, value, duration));
+    EXPECT_EQ(value, 1u);
+    EXPECT_EQ(duration, 5u);
+}
+
 TEST_F(Lexer, APushedBackCharacterIsReadFirst) {
     TextReader reader(std::string_view("bc\n"));
     InitWdlLexer(&reader);
@@ -206,14 +279,6 @@ TEST_F(Lexer, ALastLineWithoutLineFeedIsTooLong) {
     EXPECT_EQ(Left("a b\nc"), "11:a|11:b|11:c");
     EXPECT_EQ(FirstMessage(), "Line is too long - Max is 1024 characters");
     EXPECT_EQ(errors[0].line, 1);
-}
-
-TEST_F(Lexer, ALineWithANulIsTooLong) {
-    using namespace std::string_view_literals;
-    Left("a b\0c d\n"sv);
-    EXPECT_EQ(FirstMessage(), "Line is too long - Max is 1024 characters");
-    Left("\0\n"sv);
-    EXPECT_EQ(FirstMessage(), "Line is too long - Max is 1024 characters");
 }
 
 TEST_F(Lexer, ABlockThatFillsTheTextPassesAndALongerOneFails) {

@@ -4,6 +4,8 @@
 #include "store/queries.h"
 #include "unit/wdl/wdl_test.h"
 #include "wdl/compiler.h"
+#include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -358,7 +360,7 @@ TEST_F(Statements, The4000thPatternIsAnErrorAtItsLine) {
     EXPECT_EQ(Headless.userErrors[0], "Exceeding maximum number of patterns");
     EXPECT_EQ(FirstError(ManyNodes(3999) + "x;\n"), "4000: Exceeding maximum number of patterns");
     EXPECT_EQ(FirstError(ManyNodes(3998) + "x =\n$p $q;\n"), "4000: Exceeding maximum number of patterns");
-    EXPECT_EQ(FirstError(ManyNodes(3998) + "x =\n$p (1 5);\n"), "4000: Exceeding maximum number of patterns");
+    EXPECT_EQ(FirstError(ManyNodes(3998) + "x =\n(1 5);\n"), "4000: Exceeding maximum number of patterns");
     EXPECT_EQ(HeapFault(), "");
 }
 
@@ -369,6 +371,8 @@ TEST_F(Statements, ARecordOfMoreThan65535BytesIsAnErrorAtItsLine) {
     EXPECT_EQ(FirstError("a =\n" + items + ";\n"), "");
     EXPECT_EQ(Named("a").itemCount, 8186);
     EXPECT_EQ(FirstError("a =\n" + items + "0 5;\n"), "8188: Pattern has too many items");
+    // A number with a tab behind it takes the long way.
+    EXPECT_EQ(FirstError("a =\n" + items + "0\t5;\n"), "8188: Pattern has too many items");
     EXPECT_EQ(FirstError("a =\n" + items + "$p;\n"), "8188: Pattern has too many items");
     EXPECT_EQ(FirstError("a =\n" + items + "(1 5);\n"), "8188: Pattern has too many items");
     EXPECT_EQ(HeapFault(), "");
@@ -387,4 +391,79 @@ TEST_F(Statements, MemoryThatRunsOutIsAnErrorAtItsLine) {
     ASSERT_FALSE(errors.empty());
     EXPECT_EQ(errors[0].message, "Unable to reallocate pattern memory");
     EXPECT_EQ(HeapFault(), "");
+    // The same for a pattern.
+    auto *refuse = std::exchange(ResizeBlock, realloc);
+    CompileAfresh("");
+    ResizeBlock = refuse;
+    EXPECT_EQ(Compile(ManyNodes(2000)), 0);
+    ASSERT_FALSE(errors.empty());
+    EXPECT_EQ(errors[0].message, "Unable to reallocate pattern memory");
+    EXPECT_EQ(errors[0].line, HighestPatternId + 1);
+    EXPECT_EQ(HeapFault(), "");
+}
+
+// --- a list of names alone ---
+
+TEST_F(Statements, ABareBusFindsItsMembersInAnotherCase) {
+    EXPECT_EQ(FirstError("CLK = 1 5;\nclk,q;\n"), "");
+    EXPECT_EQ(Named("clk,q").kind(), PatternKind::Reference);
+    EXPECT_EQ(Named("clk,q").clock(), 0u);
+    EXPECT_EQ(ItemsOf("clk,q"), "CLK[0/1] q[0/1]");
+    EXPECT_EQ(Named("q").kind(), PatternKind::Plain);
+    // Where one is not as wide as a bus, too, and at the end of the file.
+    EXPECT_EQ(FirstError("B[3:3] = 1 5;\nB[3],B[2]\n"), "");
+    EXPECT_EQ(ItemsOf("B[3],B[2]"), "B[3:3][0/1] B[2][0/1]");
+}
+
+TEST_F(Statements, ABareBusOfWhichNoMemberExistsIsPlain) {
+    EXPECT_EQ(FirstError("D[1:0] = 1 5;\nd[3:2];\n"), "");
+    EXPECT_EQ(Named("d[3:2]").kind(), PatternKind::Plain);
+    EXPECT_EQ(Named("d[3:2]").clock(), 1u);
+    EXPECT_EQ(HighestPatternId, 2);
+}
+
+TEST_F(Statements, WithItemsToComeMembersAreSearchedForExactly) {
+    EXPECT_EQ(FirstError("CLK = 1 5;\nclk,q = 2 5;\n"), "");
+    EXPECT_EQ(Named("clk,q").kind(), PatternKind::Plain);
+    EXPECT_EQ(ItemsOf("clk,q"), "2:5");
+    EXPECT_EQ(FindPattern("q"), nullptr);
+    EXPECT_EQ(FirstError("CLK = 1 5;\nclk,q = ;\nclk,q;\n"), "");
+    EXPECT_EQ(Named("clk,q").kind(), PatternKind::Plain);
+    EXPECT_EQ(MessageOf("CLK = 1 5;\nCLK,q = 2 5;\n"), "Defining data for reference pattern");
+}
+
+TEST_F(Statements, ABlockWithoutItemsIsABareStatement) {
+    EXPECT_EQ(FirstError("CLK = 1 5;\nclk,q { C In Default None 0 1 50 };\n"), "");
+    EXPECT_EQ(Named("clk,q").kind(), PatternKind::Reference);
+    EXPECT_EQ(Named("clk,q").clock(), 3u);
+    EXPECT_EQ(Named("clk,q").pinType(), 1u);
+    EXPECT_EQ(Named("q").pinType(), 0u);
+    EXPECT_EQ(FirstError("CLK = 1 5;\nclk,q { C In Default None 0 1 50 } = 1 5;\n"), "");
+    EXPECT_EQ(Named("clk,q").kind(), PatternKind::Plain);
+}
+
+TEST_F(Statements, ABitFoundByItsNameIsTheOneThatThatOneLooksAt) {
+    EXPECT_EQ(FirstError("B[1:0] = 2 5 1 5;\ny = 1 10;\nB[1];\nb[1],y;\n"), "");
+    EXPECT_EQ(ItemsOf("b[1],y"), "B[1:0][1/1] y[0/1]");
+}
+
+TEST_F(Statements, ABareBusWithoutRoomForItsBitsIsAnErrorAtItsLine) {
+    std::string text = "CLK = 1 5;\n";
+    for (uint32_t i = 2; i < MAX_PATTERNS - 1; ++i) text += "n" + std::to_string(i) + ";\n";
+    EXPECT_EQ(FirstError(text + "clk,q;\n"),
+              std::to_string(MAX_PATTERNS - 1) + ": Exceeding maximum number of patterns");
+}
+
+// What it looks at is a reference deeper for it.
+TEST_F(Statements, ABareBusMustNotNestTooDeep) {
+    std::string text = "$P0 = 1 5;\n";
+    for (uint32_t i = 1; i < MAX_NESTING; ++i) {
+        text += "$P" + std::to_string(i) + " = $P" + std::to_string(i - 1) + ";\n";
+    }
+    std::string top = std::to_string(MAX_NESTING - 1);
+    EXPECT_EQ(FirstError(text + "$p" + top + ",q;\n"), "");
+    EXPECT_EQ(Named(("$p" + top + ",q").c_str()).kind(), PatternKind::Reference);
+    text += "$Q = $P" + top + ";\n";
+    EXPECT_EQ(FirstError(text + "$q,q;\n"),
+              std::to_string(MAX_NESTING + 2) + ": Patterns are nested too deeply");
 }

@@ -1,39 +1,15 @@
 #include "wdl/writer.h"
 
 #include "config/settings.h"
-#include "display/rows.h"
-#include "display/wave_view.h"
-#include "integration/suite/message_service.h"
-#include "platform/files.h"
+#include "headless/headless.h"
 #include "store/mutators.h"
 #include "store/pattern_store.h"
+#include "store/state_table.h"
 #include "unit/wdl/wdl_test.h"
-#include <cstdio>
-#include <filesystem>
 
 namespace {
 
-class Writer : public WdlTest {
-protected:
-    // A path in a buffer that the writer may change.
-    char *path(const char *name) {
-        snprintf(buffer, sizeof buffer, "%s", scratch.file(name).c_str());
-        return buffer;
-    }
-    std::string contents(const char *name) const { return ReadWholeFile(scratch.file(name)); }
-    bool exists(const char *name) const { return std::filesystem::exists(scratch.file(name)); }
-
-    ScratchDirectory scratch;
-    char buffer[MAX_PATH_SIZE];
-};
-
-std::vector<std::string> broadcasts;
-
-void KeepBroadcast(uint32_t messageClass, uint32_t detail, uint32_t data) {
-    char text[MAX_PATH_SIZE] = "";
-    MRStrGetCopy(data, text, sizeof text);
-    broadcasts.push_back(std::to_string(messageClass) + " " + std::to_string(detail) + " " + text);
-}
+using Writer = WdlTest;
 
 constexpr const char *PLAIN = " { Z Test Default None 0 1 50 } = ";
 
@@ -110,13 +86,166 @@ TEST_F(Writer, CompositeMembersAreJoinedByPlusWithoutABlankBehindIt) {
     EXPECT_EQ(WrittenStatements(), "$a =  $p +$q +$r ;\n$p = ;\n$q = ;\n$r = ;\n");
     ASSERT_EQ(CompileAfresh("$a = (1 5) + $q + (0 5);\n"), 1);
     EXPECT_EQ(WrittenStatements(), "$a = (1 5)+$q (0 5);\n$q = ;\n");
-    ASSERT_EQ(CompileAfresh("$a = $p + (1 5);\n"), 1);
-    EXPECT_EQ(WrittenStatements(), "$a =  $p (1 5);\n$p = ;\n");
 }
 
-TEST_F(Writer, AnUnnamedSecondMemberGetsItsPlusWhenANamedOneFollows) {
+TEST_F(Writer, ASecondMemberWithoutANameGetsItsPlus) {
     ASSERT_EQ(Compile("$a = $p + (1 5) + (0 5) + $q;\n"), 1);
     EXPECT_EQ(WrittenStatements(), "$a =  $p +(1 5)(0 5)+$q ;\n$p = ;\n$q = ;\n");
+    ASSERT_EQ(CompileAfresh("$a = $p + (1 5);\n"), 1);
+    EXPECT_EQ(WrittenStatements(), "$a =  $p +(1 5);\n$p = ;\n");
+    ASSERT_EQ(CompileAfresh("$a = $p + 1 5 0 5 + $q;\n"), 1);
+    EXPECT_EQ(WrittenStatements(), "$a =  $p +1 5 0 5+$q ;\n$p = ;\n$q = ;\n");
+}
+
+// The reader would refuse the plus behind it, and the file would never open again.
+TEST_F(Writer, ACompositeThatBeginsWithDataHasNoPlus) {
+    uint16_t p = MakePattern("$p");
+    uint16_t a = MakePattern("$a");
+    AddTransition(a, 1, 5);
+    AddReference(a, {p}, PatternKind::Composite);
+    AddReference(a, {p}, PatternKind::Composite);
+    EXPECT_EQ(WrittenStatements(), "$p = ;\n$a = 1 5 $p  $p ;\n");
+}
+
+// It cannot be read back, but nothing of it is lost.
+TEST_F(Writer, ANameLongerThanALineIsWrittenWhole) {
+    for (size_t length : {1021u, 1022u, 5000u}) {
+        std::string name = "$" + std::string(length - 1, 'n');
+        MakePattern(name.c_str());
+        std::string text = WrittenStatements();
+        EXPECT_NE(text.find(name), text.npos) << length;
+        EXPECT_EQ(CompileAfresh(text), length == 1021 ? 1 : 0);
+        CompileAfresh("");
+    }
+}
+
+TEST_F(Writer, AForcedFormatThatDoesNotExistIsLeftOut) {
+    uint16_t p = MakePattern("$p");
+    AddReference(MakePattern("$a"), {.id = p, .format = 5});
+    EXPECT_EQ(WrittenStatements(), "$p = ;\n$a =  $p ;\n");
+}
+
+// The values of what is nested read in the radix of the pattern around it.
+TEST_F(Writer, NestedValuesAreInTheRadixOfTheStatement) {
+    uint16_t nested = MakePattern("", {{10, 5}}, 1);
+    AddReference(MakePattern("$D[3:0]"), {nested});
+    EXPECT_EQ(WrittenStatements(), "$D[3:0] = (a 5);\n");
+}
+
+// In a block such a name would be two words, or end it.
+TEST_F(Writer, AStateTableWithASeparatorInItsNameIsWrittenAsTheFirst) {
+    for (const char *name : {"A,B", "x}", "a\tb"}) {
+        StateTable *table = AllocStateTable(1);
+        snprintf(table->tableName, sizeof table->tableName, "%s", name);
+        table->rowCount = 1;
+    }
+    for (uint32_t index = 1; index <= 3; ++index) {
+        uint16_t id = MakePattern(("n" + std::to_string(index)).c_str());
+        PatternFromId(id)->setStateTable(index);
+        PatternFromId(id)->period = 7;
+    }
+    std::string text = WrittenText();
+    ASSERT_EQ(CompileAfresh(text), 1) << text;
+    for (const char *name : {"n1", "n2", "n3"}) {
+        EXPECT_EQ(Named(name).stateTable(), 0u);
+        EXPECT_EQ(Named(name).period, 7);
+    }
+}
+
+// --- the order of statements ---
+
+TEST_F(Writer, AReferencePatternComesBeforeItsUse) {
+    const char *text = "%AUTOASSIGN = 0;\n$D[1:0];\n$D[0];\na = $D[0] #3;\n";
+    ASSERT_EQ(Compile(text), 1);
+    EXPECT_EQ(WrittenStatements(), "$D[1:0] = ;\n$D[0];\na" + std::string(PLAIN) + " $D[0] #3 ;\n");
+    // Of an older pattern, too, and in parentheses.
+    ASSERT_EQ(CompileAfresh("%AUTOASSIGN = 0;\na;\n$D[1:0];\n$D[0];\na = ($D[0]);\n"), 1);
+    EXPECT_EQ(WrittenStatements(), "$D[1:0] = ;\n$D[0];\na" + std::string(PLAIN) + "( $D[0] );\n");
+}
+
+TEST_F(Writer, AnOlderPatternComesBeforeTheUseOfOneOfItsBits) {
+    ASSERT_EQ(Compile("%AUTOASSIGN = 0;\na;\n$D[1:0] = 2 5;\na = $D[0];\n"), 1);
+    EXPECT_EQ(WrittenStatements(), "$D[1:0] = 2 5;\na" + std::string(PLAIN) + " $D[0] ;\n$D[0] = ;\n");
+}
+
+TEST_F(Writer, ACompositeComesBeforeABitThatBearsTheNameOfAMember) {
+    uint16_t bit = MakePattern("D[0]", {{1, 5}});
+    uint16_t part = MakePattern("$p");
+    uint16_t bus = MakePattern("D[1:0]");
+    for (int i = 0; i < 2; ++i)
+        AddReference(bus, {part}, i == 0 ? PatternKind::Plain : PatternKind::Composite);
+    SetPatternParams(PatternFromId(bit), 0, 0, 0, 1, 50, 0);
+    SetPatternParams(PatternFromId(bus), 0, 0, 0, 1, 50, 0);
+    std::string text = WrittenText();
+    EXPECT_EQ(WrittenStatements(),
+              "D[1:0]" + std::string(PLAIN) + " $p +$p ;\nD[0]" + PLAIN + "1 5;\n$p = ;\n");
+    ASSERT_EQ(CompileAfresh(text), 1);
+    EXPECT_EQ(Named("D[0]").kind(), PatternKind::Plain);
+}
+
+TEST_F(Writer, ABitOfACompositeThatWasLookedAtBeforeIsFoundAgain) {
+    ASSERT_EQ(Compile("%AUTOASSIGN = 0;\nD[1:0];\nD[0];\nD[1:0] = $p + $q;\n"), 1);
+    std::string text = WrittenText();
+    EXPECT_EQ(WrittenStatements(),
+              "D[1:0] = ;\nD[0];\nD[1:0]" + std::string(PLAIN) + " $p +$q ;\n$p = ;\n$q = ;\n");
+    ASSERT_EQ(CompileAfresh(text), 1);
+    EXPECT_EQ(ItemsOf("D[0]"), "D[1:0][0/1]");
+    EXPECT_EQ(Named("D[1:0]").kind(), PatternKind::Composite);
+}
+
+TEST_F(Writer, AFoundBitComesBeforeTheBusThatFindsItInAnotherCase) {
+    uint16_t bus = MakePattern("B[1:0]", {{2, 5}});
+    uint16_t other = MakePattern("y");
+    uint16_t reference = MakePattern("b[1],y");
+    uint16_t bit = MakePattern("B[1]");
+    AddReference(bit, {.id = bus, .sliceWidth = 1, .sliceOffset = 1}, PatternKind::Reference);
+    AddReference(reference, {.id = bus, .sliceWidth = 1, .sliceOffset = 1}, PatternKind::Reference);
+    AddReference(reference, {.id = other, .sliceWidth = 1}, PatternKind::Reference);
+    std::string text = WrittenText();
+    ASSERT_EQ(CompileAfresh(text), 1);
+    EXPECT_EQ(ItemsOf("b[1],y"), "B[1:0][1/1] y[0/1]");
+    EXPECT_EQ(ItemsOf("B[1]"), "B[1:0][1/1]");
+}
+
+// "A[3:3]" holds the bit "A[3]", but is not found as it.
+TEST_F(Writer, ARangeOfOneBitStandsInNobodysWay) {
+    const char *text = "%AUTOASSIGN = 0;\nA[3:3] = 1 5;\nA[3:2] = 2 5;\nB[3:2] = 2 5;\nB[3:3] = 1 5;\n";
+    ASSERT_EQ(Compile(text), 1);
+    EXPECT_EQ(WrittenStatements(), "A[3:3]" + std::string(PLAIN) + "1 5;\nA[3:2]" + PLAIN + "2 5;\nB[3:2]" +
+                                       PLAIN + "2 5;\nB[3:3]" + PLAIN + "1 5;\n");
+}
+
+TEST_F(Writer, ABusOfBitsThatAreHeldByTheirOwnNameComesInItsTurn) {
+    ASSERT_EQ(Compile("%AUTOASSIGN = 0;\nD[3:0];\nD[1:0];\nD[1];\nx;\nD[1],x;\nD[0];\n"), 1);
+    EXPECT_EQ(WrittenStatements(),
+              "D[3:0]" + std::string(PLAIN) + ";\nx" + PLAIN + ";\nD[1:0];\nD[1];\nD[1],x;\nD[0];\n");
+}
+
+// No bus is as wide, but a pattern may be that was used before it was defined.
+TEST_F(Writer, AWidePatternComesBehindItsUseAndWithoutOneNotAtAll) {
+    ASSERT_EQ(Compile("%AUTOASSIGN = 0;\n$z = 1 5;\na = $D[40:0] $z;\n$D[40:0] = 1 5;\n"), 1);
+    EXPECT_EQ(WrittenStatements(),
+              "$z = 1 5;\na" + std::string(PLAIN) + " $D[40:0]  $z ;\n$D[40:0] = 1 5;\n");
+    // Of a later one, if the first is gone.
+    ASSERT_EQ(CompileAfresh("%AUTOASSIGN = 0;\na = $D[40:0];\nb = $D[40:0];\n$D[40:0] = 1 5;\n"), 1);
+    DeleteItem(PatternFromId(Named("a").id), 0);
+    EXPECT_EQ(WrittenStatements(),
+              "a" + std::string(PLAIN) + ";\nb" + PLAIN + " $D[40:0] ;\n$D[40:0] = 1 5;\n");
+    ASSERT_EQ(CompileAfresh("%AUTOASSIGN = 0;\na;\nb = $D[40:0];\n$D[40:0] = 1 5;\n"), 1);
+    DeleteItem(PatternFromId(Named("b").id), 0);
+    EXPECT_TRUE(Headless.strips.empty());
+    EXPECT_EQ(WrittenStatements(), "a" + std::string(PLAIN) + ";\nb" + PLAIN + ";\n");
+    EXPECT_EQ(Headless.strips, std::vector<std::string>{"ERROR: Pattern $D[40:0] cannot be saved in a file"});
+}
+
+// A bus holds its bits, and a composite does not; as the one or the other it was there before the bit.
+TEST_F(Writer, ACompositeThatIsNoneAnyMoreKeepsABitOfItsNameOutOfTheFile) {
+    ASSERT_EQ(Compile("%AUTOASSIGN = 0;\nD[1:0] = $p + $q;\nD[0] = 1 5;\n"), 1);
+    EXPECT_EQ(Named("D[0]").kind(), PatternKind::Plain);
+    DeleteItem(PatternFromId(Named("D[1:0]").id), 1);
+    std::string text = WrittenText();
+    EXPECT_EQ(Headless.strips, std::vector<std::string>{"ERROR: Pattern D[0] cannot be saved in a file"});
+    EXPECT_EQ(CompileAfresh(text), 1);
 }
 
 TEST_F(Writer, ReferencePatternsComeLastAsBareNames) {
@@ -171,71 +300,4 @@ TEST_F(Writer, FreeIdsArePassedOver) {
     MakePattern("$c");
     DeletePattern(PatternFromId(2));
     EXPECT_EQ(WrittenStatements(), "$a = ;\n$c = ;\n");
-}
-
-// --- files ---
-
-TEST_F(Writer, TheFileIsTheTextAndTheWaveListHoldsTheRows) {
-    MakePattern("a", {{1, 5}});
-    uint16_t unnamed = MakePattern("", {{1, 5}});
-    MakePattern("b", {{0, 5}});
-    WaveRows[0].PatternId = 3;
-    WaveRows[1].PatternId = unnamed;
-    WaveRows[2].PatternId = 1;
-    WaveView.RowCount = 3;
-    char *name = path("doc.wdl");
-    WriteWdlFile(name);
-    EXPECT_EQ(contents("doc.wdl"), WrittenText());
-    EXPECT_EQ(contents("doc.kel"), "Wave b\nWave \nWave a\n");
-    EXPECT_EQ(name, scratch.file("doc.kel"));
-}
-
-TEST_F(Writer, AnEmptyDocumentHasAnEmptyWaveList) {
-    WriteWdlFile(path("doc.wdl"));
-    EXPECT_EQ(contents("doc.wdl"), WrittenText());
-    EXPECT_TRUE(exists("doc.kel"));
-    EXPECT_EQ(contents("doc.kel"), "");
-}
-
-TEST_F(Writer, AnOldFileIsReplacedWhole) {
-    scratch.write("doc.wdl", std::string(5000, 'x'));
-    scratch.write("doc.kel", std::string(5000, 'x'));
-    WriteWdlFile(path("doc.wdl"));
-    EXPECT_EQ(contents("doc.wdl"), WrittenText());
-    EXPECT_EQ(contents("doc.kel"), "");
-}
-
-TEST_F(Writer, TheSavedFileIsBroadcast) {
-    broadcasts.clear();
-    BroadcastListener = KeepBroadcast;
-    WriteWdlFile(path("doc.wdl"));
-    BroadcastListener = nullptr;
-    ASSERT_EQ(broadcasts.size(), 1u);
-    EXPECT_EQ(broadcasts[0], "7 2 " + scratch.file("doc.wdl"));
-}
-
-TEST_F(Writer, AFileThatCannotBeOpenedSkipsTheBroadcastAndTheWaveList) {
-    std::filesystem::create_directory(scratch.file("doc.wdl"));
-    broadcasts.clear();
-    BroadcastListener = KeepBroadcast;
-    char *name = path("doc.wdl");
-    WriteWdlFile(name);
-    BroadcastListener = nullptr;
-    EXPECT_TRUE(broadcasts.empty());
-    EXPECT_FALSE(exists("doc.kel"));
-    EXPECT_EQ(name, scratch.file("doc.wdl"));
-}
-
-TEST_F(Writer, TheFileIsWrittenEvenIfTheWaveListCannotBe) {
-    std::filesystem::create_directory(scratch.file("doc.kel"));
-    WriteWdlFile(path("doc.wdl"));
-    EXPECT_EQ(contents("doc.wdl"), WrittenText());
-}
-
-TEST_F(Writer, TheLogsHoldIsAsItWas) {
-    for (int hold : {0, 1}) {
-        LogHoldOpen(hold);
-        WriteWdlFile(path("doc.wdl"));
-        EXPECT_EQ(LogHoldOpen(0), hold);
-    }
 }
