@@ -11,14 +11,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string DocumentText() {
-    std::string text;
-    WriteWdlText(
+bool GetDocumentText(std::string &text) {
+    return WriteWdlText(
         [](const char *piece, int length, void *context) {
             static_cast<std::string *>(context)->append(piece, static_cast<size_t>(length));
         },
         &text);
-    return text;
 }
 
 // Where a name leads to that nothing bears yet.
@@ -64,7 +62,11 @@ CLI::Option *AddOutput(CLI::App *command, std::string &out, const std::string &d
 }
 
 int WriteDocumentText(const std::string &out) {
-    std::string text = DocumentText();
+    std::string text;
+    if (!GetDocumentText(text)) {
+        PrintError(out.empty() ? "the document" : out, std::string("cannot be written: ") + TOO_MANY_NESTS);
+        return EXIT_BAD_USAGE;
+    }
     if (out.empty()) {
         fwrite(text.data(), 1, text.size(), stdout);
         return EXIT_DONE;

@@ -34,28 +34,34 @@ bool TellUnwritten(const char *path, const std::string &why) {
 
 // --- the texts ------------------------------------------------------------------------------------
 
-void WriteStatements(TextWriter &file) {
-    WriteWdlText(
+// Each gives its file a text, or answers why there is none.
+using WriteText = std::string (*)(TextWriter &file);
+
+std::string WriteStatements(TextWriter &file) {
+    bool good = WriteWdlText(
         [](const char *text, int length, void *context) {
             static_cast<TextWriter *>(context)->write({text, static_cast<size_t>(length)});
         },
         &file);
+    return good ? "" : TOO_MANY_NESTS;
 }
 
-void WriteWaveList(TextWriter &file) {
+std::string WriteWaveList(TextWriter &file) {
     for (uint32_t row = 0; row < WaveView.RowCount; ++row) {
         file.write("Wave ");
         file.write(PatternFromId(WaveRows[row].PatternId)->name());
         file.write("\n");
     }
+    return "";
 }
 
 // Brings a text to the disk, but not to its place yet. False after a message.
-bool Prepare(FileReplacement &file, const char *path, void (*write)(TextWriter &)) {
+bool Prepare(FileReplacement &file, const char *path, WriteText write) {
     if (!file.isOpen()) return TellUnwritten(path, file.failure());
     TextWriter text(file.handle());
-    write(text);
+    std::string why = write(text);
     if (!text.close()) return TellUnwritten(path, text.failure());
+    if (!why.empty()) return TellUnwritten(path, why);
     if (!file.finish()) return TellUnwritten(path, file.failure());
     return true;
 }

@@ -42,15 +42,6 @@ Holder FindHolder(const char *SearchName, HolderRule rule) {
     return search.holder;
 }
 
-// The name under which a member stands by itself. A mark of inversion behind a comma is kept as it was typed;
-// at the start of a name it is read as the bar's character.
-std::string OwnName(const char *member) {
-    std::string name(strlen(member) + 2, '\0');
-    memcpy(name.data(), member, strlen(member));
-    CanonicalizeName(name.data());
-    return name.c_str();
-}
-
 Holder FindBitNamed(const char *name) {
     Holder holder = FindHolder(name, IsPlain);
     if (holder.id != 0) return holder;
@@ -193,6 +184,13 @@ Pattern *CreateBusOfBits(const char *name, uint32_t pinType) {
 }
 
 } // namespace
+
+std::string OwnName(const char *member) {
+    std::string name(strlen(member) + 2, '\0');
+    memcpy(name.data(), member, strlen(member));
+    CanonicalizeName(name.data());
+    return name.c_str();
+}
 
 Holder FindBit(const char *member) {
     Holder holder = FindBitNamed(member);

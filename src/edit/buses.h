@@ -2,6 +2,7 @@
 #pragma once
 
 #include "store/pattern.h"
+#include <string>
 
 // Values are words of 32 bits, and no bus is wider.
 constexpr uint32_t MAX_BUS_WIDTH = 32;
@@ -12,6 +13,10 @@ struct Holder {
     uint32_t sliceOffset = 0;
     bool operator==(const Holder &) const = default;
 };
+
+// The name under which a member stands by itself. A mark of inversion behind a comma is kept as it was typed;
+// at the start of a name it is read as the bar's character.
+std::string OwnName(const char *member);
 
 // The bit that a bus of bits shows for this member of its name. Members compare with case and patterns
 // without: a second pattern of the name could never be saved and read again, so the one that bears it is the

@@ -1,326 +1,385 @@
 #include "wdl/statement_order.h"
 
-#include "edit/buses.h"
-#include "store/name_index.h"
-#include "store/queries.h"
-#include "store/signal_name.h"
 #include <algorithm>
-#include <bitset>
-#include <cstring>
-#include <string_view>
+#include <functional>
+#include <unordered_set>
+#include <utility>
 
 namespace {
 
-using IdSet = std::bitset<MAX_PATTERNS>;
+// How many statements a search may try. Few tangles take more than twice their number of patterns.
+constexpr size_t MAX_TRIALS = 200'000;
 
-// How many patterns may each be pulled forward by the next. References alone make no longer chain.
-constexpr uint32_t MAX_PULLED = MAX_NESTING + 1;
-
-bool IsReference(const Pattern *pattern) {
-    return pattern->kind() == PatternKind::Reference;
+bool IsReference(uint16_t id) {
+    return PatternFromId(id)->kind() == PatternKind::Reference;
 }
 
-// A walk over the patterns that share a member with one of them.
-struct Sharing {
-    bool (*visit)(const Pattern *other, const char *member, void *context);
-    void *context;
-    const char *member;
-};
+// --- which patterns hang on each other ---
 
-int VisitHolders(const char *member, void *context) {
-    auto *sharing = static_cast<Sharing *>(context);
-    sharing->member = member;
-    return NameIndexVisitMember(
-        member,
-        [](Pattern *other, uint32_t, void *inner) {
-            auto *at = static_cast<Sharing *>(inner);
-            return at->visit(other, at->member, at->context);
-        },
-        sharing);
-}
-
-// Calls `visit` for each of them, `pattern` itself among them, until it answers true; returns whether it did.
-// What is no bus is looked for by its whole name, as the reader does: "A[3:3]" is not "A[3]".
-bool VisitSharing(const Pattern *pattern, Sharing sharing) {
-    if (pattern->width > MAX_BUS_WIDTH) return false;
-    if (!pattern->isBus()) return VisitHolders(pattern->name(), &sharing) != 0;
-    return ForEachBusMember(pattern->name(), VisitHolders, &sharing) != 0;
-}
-
-// A walk over the members of a reference pattern, beside the bits that it looks at.
-struct Looking {
-    const Pattern *looker;
-    uint16_t target;
-    uint32_t item = 0;
-    uint32_t bit = 0; // of the item's slice, from the left
-};
-
-// 1 if the reader must look for this member among the bits of the target: nothing else leads there.
-int NeedsTarget(const char *member, void *context) {
-    auto *at = static_cast<Looking *>(context);
-    if (at->item == at->looker->itemCount) return 0;
-    const PatternItem &item = at->looker->item(at->item);
-    uint32_t width = item.sliceWidth() ? item.sliceWidth() : MAX_BUS_WIDTH;
-    uint32_t offset = item.sliceOffset() + width - 1 - at->bit;
-    if (++at->bit == width) {
-        at->bit = 0;
-        ++at->item;
-    }
-    if (item.patternId() != at->target) return 0;
-    bool isBorne = at->looker->isBus() && FindBit(member) == Holder{at->target, offset};
-    return isBorne ? 0 : 1;
-}
-
-bool LooksAt(const Pattern *pattern, uint16_t target) {
-    auto leadsThere = [target](const PatternItem &item) { return item.patternId() == target; };
-    if (!IsReference(pattern) || pattern->nameLength == 0) return false;
-    if (std::none_of(pattern->items(), pattern->items() + pattern->itemCount, leadsThere)) return false;
-    Looking at = {pattern, target};
-    return ForEachBusMember(pattern->name(), NeedsTarget, &at) != 0;
-}
-
-class Ordering {
+// For each pattern those whose place among the statements tells what it becomes, and the other way round.
+class Tangles {
 public:
-    explicit Ordering(StatementOrder &result) : order(result) {}
+    explicit Tangles(const ReaderView &reader)
+        : partners(HighestPatternId + 1u), rivals(HighestPatternId + 1u) {
+        for (uint16_t id = 1; id <= HighestPatternId; ++id) {
+            for (uint16_t rival : reader.rivalsOf(id)) joinRivals(id, rival);
+            for (const MemberFinds &member : reader.membersOf(id)) {
+                joinFinds(id, member.asItStands);
+                joinFinds(id, member.byItself);
+            }
+        }
+        std::vector<bool> hang(partners.size());
+        for (uint16_t id = 1; id <= HighestPatternId; ++id) {
+            if (!PatternInUse(id)) continue;
+            hang[id] = !partners[id].empty() || IsReference(id) || PatternFromId(id)->width > MAX_BUS_WIDTH;
+        }
+        for (uint16_t id = 1; id <= HighestPatternId; ++id) {
+            for (uint16_t target : reader.usesOf(id)) {
+                if (hang[target]) join(id, target);
+            }
+        }
+    }
 
-    void run() {
-        findUsed();
-        forEachNamed(false);
-        placeWaiting();
-        forEachNamed(true);
+    // All that hang on `id` directly and through others, itself among them, in the order of their ids.
+    std::vector<uint16_t> tangleOf(uint16_t id) const {
+        std::vector<uint16_t> tangle = {id};
+        std::vector<bool> seen(partners.size());
+        seen[id] = true;
+        for (size_t i = 0; i < tangle.size(); ++i) {
+            for (uint16_t partner : partners[tangle[i]]) {
+                if (!seen[partner]) tangle.push_back(partner);
+                seen[partner] = true;
+            }
+        }
+        std::sort(tangle.begin(), tangle.end());
+        return tangle;
+    }
+
+    const std::vector<uint16_t> &partnersOf(uint16_t id) const { return partners[id]; }
+    // True if another pattern that a statement may make shares a bit with it.
+    bool hasRival(uint16_t id) const { return rivals[id]; }
+
+private:
+    void join(uint16_t a, uint16_t b) {
+        partners[a].push_back(b);
+        partners[b].push_back(a);
+    }
+
+    void joinRivals(uint16_t id, uint16_t rival) {
+        join(id, rival);
+        if (PatternFromId(rival)->width <= MAX_BUS_WIDTH) rivals[id] = rivals[rival] = true;
+    }
+
+    void joinFinds(uint16_t reference, const Finds &finds) {
+        for (Holder holder : finds.holders) join(reference, holder.id);
+        if (finds.bearer != 0) join(reference, finds.bearer);
+    }
+
+    std::vector<std::vector<uint16_t>> partners;
+    std::vector<bool> rivals;
+};
+
+// --- the search for an order ---
+
+// Looks for an order of the statements of patterns that hang on each other in which each one comes back, by
+// trial: depth first, and back as soon as a pattern has no way left to become what it is. At first it looks
+// for one with few empty statements; then for one in which the patterns come to be known in the order of
+// their ids, as in a file that was read, which soon ends.
+class Search {
+public:
+    Search(std::vector<uint16_t> tangle, const Tangles &tangles, ReaderView &reader)
+        : ids(std::move(tangle)), tangles(tangles), reader(reader) {}
+
+    // The statements. `comesBack` becomes false if there is no such order, or none was found in time.
+    std::vector<Statement> run(bool &comesBack) {
+        auto isHopeless = [this](uint16_t id) { return !reader.mayComeBack(id); };
+        auto rest = std::stable_partition(ids.begin(), ids.end(), std::not_fn(isHopeless));
+        std::vector<uint16_t> hopeless(rest, ids.end());
+        ids.erase(rest, ids.end());
+        bool found = descend(SHORT, 500 + 20 * ids.size()) || descend(BY_ID, MAX_TRIALS);
+        if (!found) takeUp(best);
+        ids.insert(ids.end(), hopeless.begin(), hopeless.end());
+        if (!found || !hopeless.empty()) {
+            comesBack = false;
+            addRest();
+        }
+        std::vector<Statement> statements = reader.statementsRead();
+        takeUp({});
+        return statements;
     }
 
 private:
-    void findUsed() {
-        for (uint32_t id = 1; id <= HighestPatternId; ++id) {
-            if (!PatternInUse(id)) continue;
-            const Pattern *pattern = PatternFromId(id);
-            nodesMayShare = nodesMayShare || MayShareWithNodes(pattern);
-            if (ReferenceItems[id] == 0) continue;
-            IdSet &set = IsReference(pattern) ? sliced : used;
-            for (uint32_t i = 0; i < pattern->itemCount; ++i) {
-                const PatternItem &item = pattern->item(i);
-                if (item.isReference()) set.set(item.patternId());
+    // A state between two statements, and which ones have been tried from there.
+    struct Level {
+        size_t countBefore = 0; // of the statements before the one that led here
+        size_t count = 0;       // of the statements
+        size_t known = 0;       // of the patterns
+        uint64_t print = 0;
+        uint16_t firstUnknown = 0;
+        size_t nextTrial = 0;
+    };
+
+    // The statements that may come next, in the order in which they are tried.
+    enum Pass { MAKE_FIRST, MAKE_FIRST_EMPTY, USE_FIRST, DEFINE_KNOWN, MAKE_OTHER, MAKE_OTHER_EMPTY, PASSES };
+    using Passes = std::array<Pass, PASSES>;
+    static constexpr Passes SHORT = {MAKE_FIRST, USE_FIRST,        DEFINE_KNOWN,
+                                     MAKE_OTHER, MAKE_FIRST_EMPTY, MAKE_OTHER_EMPTY};
+    static constexpr Passes BY_ID = {MAKE_FIRST,   MAKE_FIRST_EMPTY, USE_FIRST,
+                                     DEFINE_KNOWN, MAKE_OTHER,       MAKE_OTHER_EMPTY};
+
+    bool descend(const Passes &passes, size_t maxTrials) {
+        unreadTo(0);
+        levels.clear();
+        seen.clear();
+        enter(passes, 0);
+        for (size_t trials = 0; trials < maxTrials && !levels.empty(); ++trials) {
+            if (reader.definitions() == ids.size()) return true;
+            Statement statement = nextTrial(passes, levels.back());
+            if (statement.id == 0) {
+                unreadTo(levels.back().countBefore);
+                levels.pop_back();
+            } else if (reader.comesBack(statement)) {
+                size_t before = reader.statementsRead().size();
+                reader.read(statement);
+                if (spoils(statement) || !enter(passes, before)) unreadTo(before);
             }
         }
+        return false;
     }
 
-    // A node that is made where another one has its bits looks at these. What was there beside a composite,
-    // or is a list with a sub-pattern in it, may have bits of nodes all the same.
-    static bool MayShareWithNodes(const Pattern *pattern) {
-        bool isList = *pattern->name() == '$' && strchr(pattern->name(), ',');
-        return isList || (pattern->kind() == PatternKind::Composite && pattern->isBus());
-    }
-
-    void forEachNamed(bool unusedReferences) {
-        for (uint16_t id = 1; id <= HighestPatternId; ++id) {
-            if (!PatternInUse(id)) continue;
-            const Pattern *pattern = PatternFromId(id);
-            if (pattern->nameLength == 0) continue;
-            if ((IsReference(pattern) && !used.test(id)) == unusedReferences) place(id);
+    // Goes on from where the reader is. False if that has been done already.
+    bool enter(const Passes &passes, size_t countBefore) {
+        settle(passes);
+        uint64_t print = fingerprint();
+        if (!seen.insert(print).second) return false;
+        auto isUnknown = [this](uint16_t id) { return !reader.knows(id); };
+        auto first = std::find_if(ids.begin(), ids.end(), isUnknown);
+        levels.push_back({countBefore, reader.statementsRead().size(), reader.known().size(), print,
+                          first == ids.end() ? uint16_t{0} : *first});
+        if (reader.definitions() > bestDefinitions) {
+            bestDefinitions = reader.definitions();
+            best = reader.statementsRead();
         }
-    }
-
-    void place(uint16_t id) {
-        if (visited.test(id) || depth == MAX_PULLED) return;
-        visited.set(id);
-        ++depth;
-        const Pattern *pattern = PatternFromId(id);
-        if (IsReference(pattern)) {
-            placeBearers(pattern);
-        } else if (!known.test(id)) {
-            placeComposites(pattern);
-        }
-        if (sliced.test(id) && pattern->isBus() && ReadsAsComposite(pattern)) placeLookers(pattern);
-        placeNeeded(pattern);
-        --depth;
-        if (IsReference(pattern) || known.test(id) || readsAsItIs(pattern)) {
-            emit(pattern);
-        } else {
-            waiting.set(id);
-        }
-    }
-
-    // The composites whose names would turn the bit into a reference.
-    void placeComposites(const Pattern *bit) {
-        if (bit->isBus()) return;
-        newest = MAX_PATTERNS;
-        placeAll(bit, [](const Pattern *other, const char *, void *context) {
-            auto *self = static_cast<Ordering *>(context);
-            if (!ReadsAsComposite(other) || IsReference(other) || !other->isBus()) return false;
-            if (self->visited.test(other->id)) return false;
-            self->chosen = other->id;
-            return true;
-        });
-    }
-
-    // The bits that bear a member's name in another case, and look at others themselves.
-    void placeBearers(const Pattern *bus) {
-        if (!bus->isBus()) return;
-        auto findBearer = [](const char *member, void *context) {
-            auto isPlain = [](Pattern *holder, uint32_t, void *) {
-                return holder->kind() == PatternKind::Plain;
-            };
-            if (NameIndexVisitMember(member, isPlain, nullptr)) return 0; // it is not looked for by its name
-            const Pattern *bearer = FindPattern(member);
-            return static_cast<int>(bearer && IsReference(bearer) &&
-                                    static_cast<Ordering *>(context)->choose(bearer));
-        };
-        while (ForEachBusMember(bus->name(), findBearer, this) != 0) {
-            place(chosen);
-            if (!visited.test(chosen)) return; // too deep
-        }
-    }
-
-    // The reference patterns that look at bits of the composite.
-    void placeLookers(const Pattern *composite) {
-        if (!known.test(composite->id) && readsAsItIs(composite)) addStatement(composite, true);
-        for (uint16_t id = 1; id <= HighestPatternId; ++id) {
-            if (PatternInUse(id) && LooksAt(PatternFromId(id), composite->id)) place(id);
-        }
-    }
-
-    // What has to be known when the items are read, and the bits that a reference pattern looks at.
-    void placeNeeded(const Pattern *pattern) {
-        if (ReferenceItems[pattern->id] == 0) return;
-        for (uint32_t i = 0; i < pattern->itemCount; ++i) {
-            const PatternItem &item = pattern->item(i);
-            if (!item.isReference()) continue;
-            const Pattern *target = PatternFromId(item.patternId());
-            if (target->nameLength == 0) {
-                placeNeeded(target);
-            } else if (IsReference(pattern) || IsReference(target)) {
-                place(target->id);
-            } else if (!known.test(target->id) && !visited.test(target->id)) {
-                placeComposites(target);
-                placeOlder(target);
-            }
-        }
-    }
-
-    // The older patterns that the use of this one would turn into references.
-    void placeOlder(const Pattern *later) {
-        if (later->width > MAX_BUS_WIDTH) return placeOlderThanWide(later);
-        newest = later->id;
-        placeAll(later, [](const Pattern *other, const char *, void *context) {
-            auto *self = static_cast<Ordering *>(context);
-            return !IsReference(other) && other->id < self->newest && self->choose(other);
-        });
-    }
-
-    // Of a name that is too wide the members are not walked: those of the others lead to it.
-    void placeOlderThanWide(const Pattern *wide) {
-        auto isWide = [](const Pattern *other, const char *, void *context) {
-            return other->id == *static_cast<const uint16_t *>(context);
-        };
-        for (uint16_t id = 1; id < wide->id; ++id) {
-            if (!PatternInUse(id) || IsReference(PatternFromId(id)) || known.test(id)) continue;
-            uint16_t wanted = wide->id;
-            if (VisitSharing(PatternFromId(id), {isWide, &wanted, nullptr})) place(id);
-        }
-    }
-
-    // Places one after the other what `visit` chooses, outside of the walk over the names.
-    void placeAll(const Pattern *pattern, bool (*visit)(const Pattern *, const char *, void *)) {
-        uint16_t limit = newest;
-        while (VisitSharing(pattern, {visit, this, nullptr})) {
-            place(chosen);
-            newest = limit;
-            if (!visited.test(chosen)) return; // too deep
-        }
-    }
-
-    bool choose(const Pattern *other) {
-        if (visited.test(other->id) || known.test(other->id)) return false;
-        chosen = other->id;
         return true;
     }
 
-    // True if the name alone makes a pattern of its own, with what is known by now.
-    bool readsAsItIs(const Pattern *pattern) {
-        if (pattern->width > MAX_BUS_WIDTH) return false;
-        if (pattern->hasProperties() && !nodesMayShare) return true;
-        bool isBus = pattern->isBus();
-        return !VisitSharing(pattern, {isBus ? MakesBusAReference : MakesBitAReference, this, nullptr});
-    }
-
-    static bool MakesBusAReference(const Pattern *other, const char *member, void *context) {
-        if (IsReference(other) || !static_cast<Ordering *>(context)->known.test(other->id)) return false;
-        return other->isBus() || std::string_view(other->name()) == member;
-    }
-
-    static bool MakesBitAReference(const Pattern *other, const char *, void *context) {
-        const auto *self = static_cast<Ordering *>(context);
-        if (!other->isBus() || IsReference(other) || !self->known.test(other->id)) return false;
-        // A composite is one for the reader when it has been defined.
-        return !ReadsAsComposite(other) || !self->emitted.test(other->id);
-    }
-
-    void addStatement(const Pattern *pattern, bool isEmpty) {
-        order.statements[order.count++] = {pattern->id, isEmpty};
-        known.set(pattern->id);
-    }
-
-    void emit(const Pattern *pattern) {
-        addStatement(pattern, false);
-        emitted.set(pattern->id);
-        if (!IsReference(pattern)) noteUses(pattern);
-    }
-
-    void noteUses(const Pattern *pattern) {
-        if (ReferenceItems[pattern->id] == 0) return;
-        for (uint32_t i = 0; i < pattern->itemCount; ++i) {
-            const PatternItem &item = pattern->item(i);
-            if (!item.isReference()) continue;
-            const Pattern *target = PatternFromId(item.patternId());
-            if (target->nameLength == 0) {
-                noteUses(target);
-            } else {
-                known.set(target->id);
+    // A number for the state. What lies ahead of two with the same one is the same: they have the same
+    // patterns known and defined, and those that share names came to be known in the same order.
+    uint64_t fingerprint() const {
+        const std::vector<Statement> &statements = reader.statementsRead();
+        const std::vector<uint16_t> &known = reader.known();
+        Level before = levels.empty() ? Level{} : levels.back();
+        uint64_t print = before.print;
+        auto add = [&print](uint64_t number) {
+            constexpr uint64_t factor = 0x9E3779B97F4A7C15u; // the golden ratio, whose bits are well mixed
+            number = (number + 1) * factor;
+            print += (number ^ number >> 29) * factor;
+        };
+        for (size_t i = before.count; i < statements.size(); ++i) {
+            if (!statements[i].isEmpty) add(statements[i].id);
+        }
+        for (size_t i = before.known; i < known.size(); ++i) {
+            uint64_t place = uint64_t{known[i]} << 32;
+            add(place);
+            for (uint16_t partner : tangles.partnersOf(known[i])) {
+                bool isOlder = reader.knows(partner) && reader.rank(partner) < reader.rank(known[i]);
+                if (isOlder) add(place | uint64_t{partner} << 16);
             }
         }
+        return print;
     }
 
-    // Each that is written may make others known.
-    void placeWaiting() {
-        for (bool again = waiting.any(); again;) {
+    // Reads at once the statements that can harm no other, whenever they come.
+    void settle(const Passes &passes) {
+        for (bool again = true; again;) {
             again = false;
-            for (uint16_t id = 1; id <= HighestPatternId; ++id) {
-                if (!waiting.test(id) || !known.test(id)) continue;
-                waiting.reset(id);
-                emit(PatternFromId(id));
+            for (uint16_t id : ids) {
+                if (reader.hasRead(id)) continue;
+                bool isHarmless = reader.knows(id) ? addsNothing(id) : passes == BY_ID && harmsNone(id);
+                if (!isHarmless) continue;
+                reader.read({id, false});
                 again = true;
             }
         }
-        for (uint16_t id = HighestPatternId; id >= 1; --id) {
-            if (waiting.test(id)) order.leftOut = id;
+    }
+
+    bool addsNothing(uint16_t id) const {
+        const std::vector<uint16_t> &uses = reader.usesOf(id);
+        return !reader.isComposite(id) &&
+               std::all_of(uses.begin(), uses.end(), [this](uint16_t use) { return reader.knows(use); });
+    }
+
+    // A bus that looks at others holds nothing, and nobody looks for its name. A pattern without a rival,
+    // which is the one that holds or bears the names that it is looked at by, may come at any time.
+    bool harmsNone(uint16_t id) const {
+        if (IsReference(id)) return PatternFromId(id)->isBus() && reader.comesBack({id, false});
+        if (tangles.hasRival(id) || !addsNothing(id) || !reader.comesBack({id, false})) return false;
+        const std::vector<uint16_t> &partners = tangles.partnersOf(id);
+        return std::all_of(partners.begin(), partners.end(), [this, id](uint16_t partner) {
+            const std::vector<MemberFinds> &members = reader.membersOf(partner);
+            return std::all_of(members.begin(), members.end(), [id](const MemberFinds &member) {
+                return isAtEase(member.asItStands, member.bit, id) &&
+                       isAtEase(member.byItself, member.bit, id);
+            });
+        });
+    }
+
+    // What is too wide for a statement comes with a use, behind all that look for its bits in others.
+    static bool isAtEase(const Finds &finds, Holder bit, uint16_t id) {
+        const std::vector<Holder> &holders = finds.holders;
+        auto isIt = [id](Holder holder) { return holder.id == id; };
+        if (finds.bearer != id && std::none_of(holders.begin(), holders.end(), isIt)) return true;
+        return bit.id == id && std::all_of(holders.begin(), holders.end(), [id](Holder holder) {
+                   return holder.id == id || PatternFromId(holder.id)->width > MAX_BUS_WIDTH;
+               });
+    }
+
+    // The next statement to be tried; one without an id behind the last of them.
+    Statement nextTrial(const Passes &passes, Level &level) const {
+        for (; level.nextTrial < PASSES * ids.size(); ++level.nextTrial) {
+            Pass pass = passes[level.nextTrial / ids.size()];
+            uint16_t id = ids[level.nextTrial % ids.size()];
+            if (reader.hasRead(id) || !belongsTo(pass, id, level.firstUnknown)) continue;
+            ++level.nextTrial;
+            return {id, pass == MAKE_FIRST_EMPTY || pass == MAKE_OTHER_EMPTY};
+        }
+        return {};
+    }
+
+    bool belongsTo(Pass pass, uint16_t id, uint16_t firstUnknown) const {
+        bool mayBeEmpty = !IsReference(id) && ReferenceItems[id] != 0;
+        bool isOther = id != firstUnknown && !reader.knows(id);
+        switch (pass) {
+        case MAKE_FIRST:
+            return id == firstUnknown;
+        case MAKE_FIRST_EMPTY:
+            return id == firstUnknown && mayBeEmpty;
+        case USE_FIRST:
+            return uses(id, firstUnknown);
+        case DEFINE_KNOWN:
+            return reader.knows(id);
+        case MAKE_OTHER:
+            return isOther;
+        default:
+            return isOther && mayBeEmpty;
         }
     }
 
-    StatementOrder &order;
-    IdSet used;   // by the item of a pattern that is no reference itself
-    IdSet sliced; // by a reference pattern
-    bool nodesMayShare = false;
-    IdSet visited; // has its place, or is being given one
-    IdSet known;   // has been named by what is written so far
-    IdSet emitted;
-    IdSet waiting;
-    uint32_t depth = 0;
-    uint16_t newest = 0; // older ones than this may be chosen
-    uint16_t chosen = 0;
+    bool uses(uint16_t id, uint16_t target) const {
+        const std::vector<uint16_t> &uses = reader.usesOf(id);
+        return std::find(uses.begin(), uses.end(), target) != uses.end();
+    }
+
+    // True if a pattern has lost its last way to become what it is by what has been read last.
+    bool spoils(Statement statement) const {
+        if (IsReference(statement.id)) return false;
+        if (spoilsPartnersOf(statement.id)) return true;
+        if (statement.isEmpty) return false;
+        const std::vector<uint16_t> &uses = reader.usesOf(statement.id);
+        return std::any_of(uses.begin(), uses.end(), [this](uint16_t use) { return spoilsPartnersOf(use); });
+    }
+
+    bool spoilsPartnersOf(uint16_t id) const {
+        const std::vector<uint16_t> &partners = tangles.partnersOf(id);
+        return std::any_of(partners.begin(), partners.end(), [this](uint16_t partner) {
+            return !reader.knows(partner) && std::binary_search(ids.begin(), ids.end(), partner) &&
+                   !reader.mayComeBack(partner);
+        });
+    }
+
+    // What does not come back, so that the file can be read at least: patterns of their own that can be read
+    // as such, then those that look at others.
+    void addRest() {
+        for (bool again = true; again;) {
+            again = false;
+            for (uint16_t id : ids) {
+                if (reader.hasRead(id) || IsReference(id)) continue;
+                if (!reader.knows(id) && !reader.comesBack({id, true})) continue;
+                reader.read({id, false});
+                again = true;
+            }
+        }
+        for (uint16_t id : ids) {
+            if (IsReference(id) && !reader.hasRead(id)) reader.read({id, false});
+        }
+    }
+
+    void takeUp(const std::vector<Statement> &statements) {
+        unreadTo(0);
+        for (Statement statement : statements) reader.read(statement);
+    }
+
+    void unreadTo(size_t count) {
+        while (reader.statementsRead().size() > count) reader.unreadLast();
+    }
+
+    std::vector<uint16_t> ids;
+    const Tangles &tangles;
+    ReaderView &reader; // which has read nothing before and behind
+    std::vector<Level> levels;
+    std::unordered_set<uint64_t> seen;
+    std::vector<Statement> best; // of the lists that were tried the one with the most definitions
+    size_t bestDefinitions = 0;
 };
+
+// --- the whole document ---
+
+std::vector<uint16_t> NaturalOrder() {
+    std::vector<uint16_t> order;
+    for (bool references : {false, true}) {
+        for (uint16_t id = 1; id <= HighestPatternId; ++id) {
+            if (!PatternInUse(id) || PatternFromId(id)->nameLength == 0) continue;
+            if (IsReference(id) == references) order.push_back(id);
+        }
+    }
+    return order;
+}
+
+// Those that do not come back if all are read in their natural order.
+std::vector<uint16_t> LostInOrder(const std::vector<uint16_t> &order, ReaderView &reader) {
+    std::vector<uint16_t> lost;
+    for (uint16_t id : order) {
+        if (!reader.comesBack({id, false})) lost.push_back(id);
+        reader.read({id, false});
+    }
+    while (!reader.statementsRead().empty()) reader.unreadLast();
+    return lost;
+}
 
 } // namespace
 
-bool ReadsAsComposite(const Pattern *pattern) {
-    if (pattern->kind() == PatternKind::Plain || pattern->itemCount == 0) return false;
-    return pattern->item(0).isReference() &&
-           std::any_of(pattern->items() + 1, pattern->items() + pattern->itemCount,
-                       [](const PatternItem &item) { return item.isReference(); });
-}
-
-void OrderStatements(StatementOrder &order) {
-    order.count = 0;
-    order.leftOut = 0;
-    Ordering(order).run();
+StatementOrder OrderStatements() {
+    StatementOrder result;
+    ReaderView reader;
+    std::vector<uint16_t> natural = NaturalOrder();
+    std::vector<uint16_t> lost = LostInOrder(natural, reader);
+    // Each tangle with a lost pattern in it comes where the first of its patterns would.
+    std::vector<size_t> tangleOf(HighestPatternId + 1u);
+    std::vector<std::vector<Statement>> searched = {{}};
+    if (!lost.empty()) {
+        Tangles tangles(reader);
+        for (uint16_t id : lost) {
+            if (tangleOf[id] != 0) continue;
+            std::vector<uint16_t> tangle = tangles.tangleOf(id);
+            for (uint16_t member : tangle) tangleOf[member] = searched.size();
+            searched.push_back(Search(tangle, tangles, reader).run(result.comesBack));
+        }
+    }
+    std::bitset<MAX_PATTERNS> written;
+    auto add = [&](Statement statement) {
+        result.statements.push_back(statement);
+        written.set(statement.id);
+    };
+    for (uint16_t id : natural) {
+        if (tangleOf[id] == 0) {
+            add({id, false});
+        } else {
+            for (Statement statement : searched[tangleOf[id]]) add(statement);
+            searched[tangleOf[id]].clear();
+        }
+    }
+    for (uint16_t id : natural) {
+        if (result.leftOut == 0 && !written.test(id)) result.leftOut = id;
+    }
+    return result;
 }

@@ -7,11 +7,13 @@
 #include "store/state_table.h"
 #include "wdl/lexer.h"
 #include "wdl/statement_order.h"
+#include <algorithm>
 #include <charconv>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <vector>
 
 namespace {
 
@@ -174,7 +176,7 @@ void BuildItems(const Pattern *pattern, bool isBus) {
     }
 }
 
-void BuildStatement(const Statement &statement) {
+void BuildStatement(Statement statement) {
     const Pattern *pattern = PatternFromId(statement.id);
     WdlOutPos = WdlOutLine;
     AppendStatementName(pattern);
@@ -187,6 +189,30 @@ void BuildStatement(const Statement &statement) {
     }
     Append(";");
     EndLine();
+}
+
+// The nested patterns that are written with a pattern, at most MAX_PATTERNS. `counts` has those of the nested
+// ones that have been counted, and 1 more.
+uint32_t CountNests(const Pattern *pattern, std::vector<uint32_t> &counts) {
+    if (counts[pattern->id] != 0) return counts[pattern->id] - 1;
+    uint32_t count = 0;
+    for (uint32_t i = 0; i < pattern->itemCount && ReferenceItems[pattern->id] != 0; ++i) {
+        const PatternItem &item = pattern->item(i);
+        if (!item.isReference() || PatternFromId(item.patternId())->nameLength != 0) continue;
+        count = std::min(MAX_PATTERNS, count + 1 + CountNests(PatternFromId(item.patternId()), counts));
+    }
+    counts[pattern->id] = count + 1;
+    return count;
+}
+
+bool HasRoomForNests() {
+    std::vector<uint32_t> counts(HighestPatternId + 1u);
+    uint32_t patterns = 0;
+    for (uint16_t id = 1; id <= HighestPatternId && patterns < MAX_PATTERNS; ++id) {
+        if (!PatternInUse(id) || PatternFromId(id)->nameLength == 0) continue;
+        patterns += 1 + CountNests(PatternFromId(id), counts);
+    }
+    return patterns < MAX_PATTERNS;
 }
 
 void TellLeftOut(uint16_t id) {
@@ -210,12 +236,13 @@ void WriteHeader() {
 
 } // namespace
 
-void WriteWdlText(TextSink sink, void *context) {
+bool WriteWdlText(TextSink sink, void *context) {
+    if (!HasRoomForNests()) return false;
     outSink = sink;
     outContext = context;
     WriteHeader();
-    StatementOrder order;
-    OrderStatements(order);
-    for (uint32_t i = 0; i < order.count; ++i) BuildStatement(order.statements[i]);
+    StatementOrder order = OrderStatements();
+    for (Statement statement : order.statements) BuildStatement(statement);
     if (order.leftOut != 0) TellLeftOut(order.leftOut);
+    return true;
 }

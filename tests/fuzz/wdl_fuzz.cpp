@@ -64,6 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         ValidateDurations();
         SavedDocument saved = WhatIsSaved();
         Require(saved.leftOut == 0, "a pattern that was read is not written", text);
+        Require(saved.comesBack, "no order of statements was found", text);
         text = Written();
         Require(Load(text), "what was written is refused: " + firstError, text);
         std::string difference = DifferenceFrom(saved);

@@ -277,6 +277,24 @@ TEST_F(DocumentFiles, AFullDiskIsToldAndChangesNothing) {
     EXPECT_EQ(contents("doc.wdl") + "row Q\n", edited);
 }
 
+TEST_F(DocumentFiles, NestedPatternsInMorePlacesThanAFileCanHaveFailTheSave) {
+    openOld();
+    edit();
+    uint16_t nested = CreatePattern(0, "", 0)->id, outer = 0;
+    for (int level = 0; level < 30; ++level, nested = outer) {
+        outer = CreatePattern(0, "", 0)->id;
+        InsertReference(PatternFromId(outer), PatternKind::Plain, 0, nested, 1, 1, 0, 0, 0);
+        InsertReference(PatternFromId(outer), PatternKind::Plain, 1, nested, 1, 1, 0, 0, 0);
+    }
+    InsertReference(FindPattern("Q"), PatternKind::Plain, 0, nested, 1, 1, 0, 0, 0);
+    Headless.fileAnswers.clear();
+    EXPECT_EQ(SaveDocument(false), 0);
+    EXPECT_EQ(Headless.userErrors,
+              Texts{"Unable to write file " + path + ": its nested patterns are used in too many places"});
+    EXPECT_EQ(contents("doc.wdl"), OLD_TEXT);
+    EXPECT_EQ(IsDocumentModified(), 1);
+}
+
 TEST_F(DocumentFiles, AWaveListThatCannotBeWrittenFailsTheSave) {
     openOld();
     edit();

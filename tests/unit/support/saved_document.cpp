@@ -119,11 +119,10 @@ bool IsAstray(const Pattern *reference) {
 } // namespace
 
 SavedDocument WhatIsSaved() {
-    SavedDocument saved = {SettingsText(), {}, {}, 0};
-    StatementOrder order;
-    OrderStatements(order);
-    for (uint32_t i = 0; i < order.count; ++i) {
-        const Pattern *p = PatternFromId(order.statements[i].id);
+    StatementOrder order = OrderStatements();
+    SavedDocument saved = {SettingsText(), {}, {}, order.comesBack, 0};
+    for (Statement statement : order.statements) {
+        const Pattern *p = PatternFromId(statement.id);
         saved.patterns[p->name()] = TextOf(p);
     }
     for (uint32_t id = 1; id <= HighestPatternId; ++id) {
@@ -152,11 +151,11 @@ std::string DifferenceFrom(const SavedDocument &saved) {
         if (p->nameLength == 0) continue;
         auto expected = saved.patterns.find(p->name());
         if (expected == saved.patterns.end()) {
-            if (saved.astray.empty()) return std::string("a new ") + p->name();
+            if (saved.comesBack || saved.astray.empty()) return std::string("a new ") + p->name();
             continue;
         }
         ++found;
-        if (saved.astray.contains(p->name())) continue;
+        if (!saved.comesBack && saved.astray.contains(p->name())) continue;
         std::string text = TextOf(p);
         if (text != expected->second) return std::string(p->name()) + text + "\n, not" + expected->second;
     }

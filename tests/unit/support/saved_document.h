@@ -11,8 +11,11 @@ struct SavedDocument {
     // The named patterns, with the unnamed ones where they are used, as they come back.
     std::map<std::string, std::string> patterns;
     // Reference patterns whose name leads to other bits by now than when they were made, as patterns have
-    // come or changed since. They may come back otherwise, and bits may be made for them.
+    // come or changed since. Where no order of statements is found for them, they may come back otherwise,
+    // and bits may be made for them.
     std::set<std::string> astray;
+    // The order of statements says that all comes back.
+    bool comesBack;
     // Named patterns that could not be read and are left out, which a save reports.
     uint32_t leftOut;
 };

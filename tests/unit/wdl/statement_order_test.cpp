@@ -30,6 +30,7 @@ protected:
     void expectBack() {
         SavedDocument saved = WhatIsSaved();
         EXPECT_EQ(saved.leftOut, 0u);
+        EXPECT_TRUE(saved.comesBack);
         std::string text = WrittenText();
         ASSERT_TRUE(CompileAfresh(text)) << text;
         EXPECT_EQ(DifferenceFrom(saved), "") << text;
@@ -56,9 +57,9 @@ TEST_F(StatementOrderTest, ABusWithFewerSlicesThanMembersIsJudgedByThoseThatItHa
     DeletePattern(PatternFromId(gone));
     EXPECT_EQ(WrittenStatements(), "$C[1:0] = ;\n"
                                    "$C[1];\n"
+                                   "$C[1],x;\n"
                                    "$C[1:0] =  $p[1:0] +$p[1:0] ;\n"
-                                   "$p[1:0] = 0 5;\n"
-                                   "$C[1],x;\n");
+                                   "$p[1:0] = 0 5;\n");
 }
 
 TEST_F(StatementOrderTest, ACompositeThatHasBeenUsedNeedsNoEmptyStatementForWhatLooksAtIt) {
@@ -77,8 +78,8 @@ TEST_F(StatementOrderTest, ABitOfItsOwnComesBehindTheCompositeThatIsInUseAlready
     AddReference(user, {composite("$C[1:0]")});
     AddReference(usesBit, {MakePattern("$C[1]", {{1, 5}})});
     EXPECT_EQ(WrittenStatements(), "$n[1:0] =  $C[1:0] ;\n"
-                                   "$C[1:0] =  $p[1:0] +$p[1:0] ;\n"
                                    "$m =  $C[1] ;\n"
+                                   "$C[1:0] =  $p[1:0] +$p[1:0] ;\n"
                                    "$p[1:0] = 0 5;\n"
                                    "$C[1] = 1 5;\n");
     expectBack();
@@ -113,11 +114,37 @@ TEST_F(StatementOrderTest, PatternsThatPullEachOtherForwardHaveAnEnd) {
         AddReference(bus, {other, 1, 1, 1, 0}, PatternKind::Reference);
         makeComposite(MakePattern(("$A" + number + "[1:0]").c_str(), {}, 2), bus);
     }
-    StatementOrder order;
-    OrderStatements(order);
+    StatementOrder order = OrderStatements();
     EXPECT_EQ(order.leftOut, 0);
     std::map<uint16_t, int> statements;
-    for (uint32_t i = 0; i < order.count; ++i) statements[order.statements[i].id] += 1;
+    for (Statement statement : order.statements) statements[statement.id] += 1;
     EXPECT_EQ(statements.size(), 1u + 4 * LEVELS);
     for (auto [id, count] : statements) EXPECT_EQ(count, 1) << PatternFromId(id)->name();
+}
+
+// "E[0]" leads to the first bus that has it, and in the last bus to the newer node that has it as "E[0:0]".
+// The bus comes before that node, though an item of the node's is what makes another one known.
+TEST_F(StatementOrderTest, ABusComesBeforeANewerNodeOfItsBit) {
+    ASSERT_TRUE(CompileAfresh("n;\n$D[1:0] = 2 5;\nn = $D[0] 1 5;\nE[1:0];\nE[0];\n"
+                              "E[0:0] = $D[1:0] 1 4;\n$E[1],E[11:0];\n$E[1],E[1];\n"));
+    EXPECT_TRUE(ItemsOf("$E[1],E[11:0]").ends_with(" E[1:0][1/1] E[0:0][0/1]")) << ItemsOf("$E[1],E[11:0]");
+    expectBack();
+    EXPECT_TRUE(ItemsOf("$E[1],E[11:0]").ends_with(" E[1:0][1/1] E[0:0][0/1]"));
+}
+
+// "E[]" holds the bit "E[0]", too, and as the newer one is what the bus "E[0:7]" looks at.
+TEST_F(StatementOrderTest, ANodeThatHoldsABitUnderAnotherNameComesBehindTheOlderBus) {
+    ASSERT_TRUE(CompileAfresh("n;\n$D[1:0] = ;\nn = $D[0];\n$D[1];\nm = $D[1];\nE[1:0];\nE[];\nE[0:7];\n"
+                              "F = $D[1:0] + $D[1:01],E[1];\n"));
+    EXPECT_TRUE(ItemsOf("E[0:7]").starts_with("E[][0/1] E[1:0][1/1] E[2][0/1]")) << ItemsOf("E[0:7]");
+    expectBack();
+    EXPECT_TRUE(ItemsOf("E[0:7]").starts_with("E[][0/1] E[1:0][1/1] E[2][0/1]")) << ItemsOf("E[0:7]");
+}
+
+// Thirty bits that nobody hinders are no thirty choices.
+TEST_F(StatementOrderTest, BitsThatNobodyHindersAreReadWithoutASearch) {
+    ASSERT_TRUE(CompileAfresh("n;\n$D[2:0] = 2 5;\nn = $D[0] 1 5 $W[40:0];\n$D[32:01];\nE[0];\nE[1:0];\n"
+                              "c = $D[1:8888888888] + $D[2:0];\n"));
+    EXPECT_EQ(Named("$D[32:01]").kind(), PatternKind::Reference);
+    expectBack();
 }

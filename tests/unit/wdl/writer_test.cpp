@@ -6,6 +6,7 @@
 #include "store/pattern_store.h"
 #include "store/state_table.h"
 #include "unit/wdl/wdl_test.h"
+#include "wdl/statement_order.h"
 
 namespace {
 
@@ -300,4 +301,35 @@ TEST_F(Writer, FreeIdsArePassedOver) {
     MakePattern("$c");
     DeletePattern(PatternFromId(2));
     EXPECT_EQ(WrittenStatements(), "$a = ;\n$c = ;\n");
+}
+
+// A nested pattern is a pattern of its own for the reader wherever it stands, and there are 3999 at most.
+TEST_F(Writer, NestedPatternsInMorePlacesThanAFileCanHaveAreNotWritten) {
+    uint16_t nested = MakePattern("", {{1, 5}});
+    uint16_t node = MakePattern("a");
+    for (int i = 0; i < 3998; ++i) AddReference(node, {nested});
+    EXPECT_TRUE(CompileAfresh(WrittenText()));
+    EXPECT_EQ(HighestPatternId, 3999);
+    PatternStoreFree();
+    ASSERT_EQ(PatternStoreInit(), 1);
+    nested = MakePattern("", {{1, 5}});
+    node = MakePattern("a");
+    for (int i = 0; i < 3999; ++i) AddReference(node, {nested});
+    auto fail = [](const char *, int, void *) { FAIL() << "something is written"; };
+    EXPECT_FALSE(WriteWdlText(fail, nullptr));
+}
+
+// Each level has the next one twice: written out they would fill every disk.
+TEST_F(Writer, NestedPatternsThatDoubleOnEachLevelAreNotWritten) {
+    uint16_t nested = MakePattern("", {{1, 5}});
+    for (int level = 0; level < 200; ++level) {
+        uint16_t outer = MakePattern("");
+        AddReference(outer, {nested});
+        AddReference(outer, {nested});
+        nested = outer;
+    }
+    AddReference(MakePattern("a"), {nested});
+    auto fail = [](const char *, int, void *) { FAIL() << "something is written"; };
+    EXPECT_FALSE(WriteWdlText(fail, nullptr));
+    EXPECT_EQ(OrderStatements().statements.size(), 1u);
 }
