@@ -215,9 +215,10 @@ bool HasRoomForNests() {
     return patterns < MAX_PATTERNS;
 }
 
+// The strip cuts what is longer than it can show; a long name leaves room for what is said about it.
 void TellLeftOut(uint16_t id) {
-    char text[NAME_SIZE + 64];
-    snprintf(text, sizeof text, "Pattern %.1024s cannot be saved in a file", PatternFromId(id)->name());
+    char text[256];
+    snprintf(text, sizeof text, "Pattern %.180s cannot be saved in a file", PatternFromId(id)->name());
     ShowErrorStrip(text);
 }
 

@@ -239,6 +239,13 @@ TEST_F(Writer, AWidePatternComesBehindItsUseAndWithoutOneNotAtAll) {
     EXPECT_EQ(Headless.strips, std::vector<std::string>{"ERROR: Pattern $D[40:0] cannot be saved in a file"});
 }
 
+TEST_F(Writer, OfALongNameThatCannotBeSavedTheBeginningIsTold) {
+    MakePattern(("$" + std::string(1013, 'L') + "[40:0]").c_str());
+    EXPECT_EQ(WrittenStatements(), "");
+    EXPECT_EQ(Headless.strips, std::vector<std::string>{"ERROR: Pattern $" + std::string(179, 'L') +
+                                                        " cannot be saved in a file"});
+}
+
 // A bus holds its bits, and a composite does not; as the one or the other it was there before the bit.
 TEST_F(Writer, ACompositeThatIsNoneAnyMoreKeepsABitOfItsNameOutOfTheFile) {
     ASSERT_EQ(Compile("%AUTOASSIGN = 0;\nD[1:0] = $p + $q;\nD[0] = 1 5;\n"), 1);
