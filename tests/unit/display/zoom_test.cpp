@@ -73,6 +73,17 @@ TEST_F(Zoom, InByAClickDoublesTheScaleAboutThePlace) {
     EXPECT_EQ(WaveView.ViewLeft, 50000u - 2000);
 }
 
+TEST_F(Zoom, TheTimeBarFollowsTheView) {
+    const auto &timeBar = Headless.bars[3][0];
+    Show(-3, 0);
+    Click(ZoomIn, 50000);
+    int32_t before = timeBar.position;
+    EXPECT_GT(before, 0);
+    Show(-3, 0);
+    Click(ZoomIn, 60000);
+    EXPECT_GT(timeBar.position, before);
+}
+
 TEST_F(Zoom, InByADragShowsTheRange) {
     Drag(ZoomIn, 52000, 50000);
     EXPECT_EQ(WaveView.Scale, -1);

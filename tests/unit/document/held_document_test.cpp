@@ -108,6 +108,13 @@ TEST_F(HeldDocument, SaveAsTakesTheNewFileAndLetsGoOfTheOldOne) {
     EXPECT_TRUE(Headless.userErrors.empty());
 }
 
+TEST_F(HeldDocument, ASaveAsThatFailsKeepsTheDocumentsFile) {
+    ASSERT_EQ(start(one), 0);
+    Headless.fileAnswers = {directory.file("missing/three.wdl")};
+    EXPECT_EQ(SaveDocument(true), 0);
+    EXPECT_EQ(Headless.heldFile, one);
+}
+
 TEST_F(HeldDocument, ARequestedFileThatIsHeldLeavesTheDocument) {
     ASSERT_EQ(start(one), 0);
     Headless.heldElsewhere = {two};

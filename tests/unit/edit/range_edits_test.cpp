@@ -279,6 +279,17 @@ TEST_F(WithoutRoom, NorAtOneEnd) {
     changesNothing([&] { MoveEdge(pattern(id), pattern(id), 0, 0, 0, 3, 1, 0); });
 }
 
+TEST_F(WithoutRoom, AtOneEndRoomForOneIsEnough) {
+    for (auto [from, to] : {std::pair{12u, 20u}, {10u, 18u}}) {
+        uint16_t id = full(1);
+        uint16_t count = PatternFromId(id)->itemCount;
+        EXPECT_NE(DeleteRange(pattern(id), from, to), nullptr);
+        EXPECT_EQ(PatternFromId(id)->itemCount, count);
+        EXPECT_EQ(PatternFromId(id)->item(1).duration(), 2U);
+    }
+    EXPECT_TRUE(Headless.userErrors.empty());
+}
+
 TEST_F(WithoutRoom, NorBesideAReference) {
     uint16_t sub = MakePattern("$s", {{1, 10}});
     uint16_t id = full(1);

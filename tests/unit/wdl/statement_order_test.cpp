@@ -148,3 +148,20 @@ TEST_F(StatementOrderTest, BitsThatNobodyHindersAreReadWithoutASearch) {
     EXPECT_EQ(Named("$D[32:01]").kind(), PatternKind::Reference);
     expectBack();
 }
+
+// A bar is part of the bit's own name, and a mark in front of the member.
+TEST_F(StatementOrderTest, AMemberWithAMarkIsLookedForByItsOwnNameToo) {
+    ASSERT_TRUE(CompileAfresh("n;\n$D[1:0] = ;\nn = $D[0];\n$D[1];\nm = $D[1];\n'E[1:0];\n'E[];\nx,'E[0];\n"
+                              "F = $D[1:0] + $D[1:01],x;\n"));
+    EXPECT_EQ(ItemsOf("x,'E[0]"), "x[0/1] _E[][0/1]");
+    expectBack();
+    EXPECT_EQ(ItemsOf("x,'E[0]"), "x[0/1] _E[][0/1]");
+}
+
+// After a recovery a pattern that looks at others may have lost its slices.
+TEST_F(StatementOrderTest, AMemberThatIsBorneByAPatternWithoutSlicesIsThatPattern) {
+    uint16_t borne = MakePattern("$b");
+    const_cast<Pattern &>(Named("$b")).setKind(PatternKind::Reference);
+    lookAt("$B,$x", 1, borne, 0);
+    EXPECT_EQ(WrittenStatements(), "$b;\n$B,$x;\n");
+}
