@@ -151,11 +151,12 @@ TEST_F(StatementOrderTest, BitsThatNobodyHindersAreReadWithoutASearch) {
 
 // A bar is part of the bit's own name, and a mark in front of the member.
 TEST_F(StatementOrderTest, AMemberWithAMarkIsLookedForByItsOwnNameToo) {
-    ASSERT_TRUE(CompileAfresh("n;\n$D[1:0] = ;\nn = $D[0];\n$D[1];\nm = $D[1];\n'E[1:0];\n'E[];\nx,'E[0];\n"
-                              "F = $D[1:0] + $D[1:01],x;\n"));
-    EXPECT_EQ(ItemsOf("x,'E[0]"), "x[0/1] _E[][0/1]");
+    ASSERT_TRUE(CompileAfresh("n;\n$D[1:0] = ;\nn = $D[0];\n$D[1];\nm = $D[1];\n'E[1:0];\n'E[];\nx,'E[0:9];\n"
+                              "F = $D[1:0] + $D[1:01],_E[1];\n"));
+    std::string bits = "x[0/1] _E[][0/1] _E[1:0][1/1] _E[2][0/1]";
+    EXPECT_TRUE(ItemsOf("x,'E[0:9]").starts_with(bits)) << ItemsOf("x,'E[0:9]");
     expectBack();
-    EXPECT_EQ(ItemsOf("x,'E[0]"), "x[0/1] _E[][0/1]");
+    EXPECT_TRUE(ItemsOf("x,'E[0:9]").starts_with(bits)) << ItemsOf("x,'E[0:9]");
 }
 
 // After a recovery a pattern that looks at others may have lost its slices.
