@@ -102,6 +102,13 @@ TEST_F(DurationField, EnterWalksOnInAScaledPattern) {
     EXPECT_EQ(frame(), std::to_string(sub) + "/1 34-50");
 }
 
+TEST_F(DurationField, EnterWalksOnToAPulseOfTwoUnits) {
+    a = MakePattern("A", {{1, 10}, {0, 2}, {1, 30}});
+    select(a, 5, 5);
+    enter(EDIT_DURATION, "20");
+    EXPECT_EQ(frame(), std::to_string(a) + "/1 20-22");
+}
+
 TEST_F(DurationField, EnterWalksOverAPulseOfOneUnit) {
     // One beyond the end is the item behind it; that is meant.
     a = MakePattern("A", {{1, 10}, {0, 1}, {1, 30}});

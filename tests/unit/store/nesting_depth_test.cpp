@@ -101,6 +101,14 @@ TEST_F(NestingDepth, LevelsThatAreTooHighForWhatIsLeftAreCountedAnew) {
     EXPECT_TRUE(MayRefer(MAX_NESTING + 1, MAX_NESTING + 2)) << "the chain is shorter by one";
 }
 
+TEST_F(NestingDepth, AReferenceThatNobodyAskedForIsPartOfACircle) {
+    refer(1, 2);
+    ASSERT_TRUE(MayRefer(5, 6)) << "counts the levels";
+    refer(2, 3);
+    EXPECT_FALSE(MayRefer(3, 2));
+    EXPECT_FALSE(MayRefer(3, 1));
+}
+
 TEST_F(NestingDepth, AReferenceToNoIdAtAllIsPassedOver) {
     refer(1, MAX_PATTERNS);
     refer(1, 65535);
