@@ -287,8 +287,9 @@ TEST_F(DocumentFiles, NestedPatternsInMorePlacesThanAFileCanHaveFailTheSave) {
         InsertReference(PatternFromId(outer), PatternKind::Plain, 1, nested, 1, 1, 0, 0, 0);
     }
     InsertReference(FindPattern("Q"), PatternKind::Plain, 0, nested, 1, 1, 0, 0, 0);
-    Headless.fileAnswers.clear();
+    auto before = files();
     EXPECT_EQ(SaveDocument(false), 0);
+    EXPECT_EQ(files(), before);
     EXPECT_EQ(Headless.userErrors,
               Texts{"Unable to write file " + path + ": its nested patterns are used in too many places"});
     EXPECT_EQ(contents("doc.wdl"), OLD_TEXT);
